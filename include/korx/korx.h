@@ -1,0 +1,9 @@
+// korx.h
+//
+// The whole KORX library in one include. Each class family also has a header of its own.
+#ifndef KORX_KORX_H
+#define KORX_KORX_H
+
+#include <korx/KORXExport.h>
+
+#endif
