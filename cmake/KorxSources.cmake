@@ -1,6 +1,8 @@
 # Sources of the library, by subsystem folder.
 
 set(KORX_PLATFORM_SOURCES
+    source_utilities/ind/internal/Format.cpp
+    source_utilities/ind/internal/Platform.cpp
 )
 
 set(KORX_SOURCES
