@@ -6,4 +6,6 @@ set(KORX_PLATFORM_SOURCES
 )
 
 set(KORX_SOURCES
+    source_utilities/ind/KORXArray.cpp
+    source_utilities/ind/KORXMemoryBound.cpp
 )

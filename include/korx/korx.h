@@ -4,6 +4,7 @@
 #ifndef KORX_KORX_H
 #define KORX_KORX_H
 
+#include <korx/KORXDynamicArray.h>
 #include <korx/KORXExport.h>
 
 #endif
