@@ -8,4 +8,5 @@ set(KORX_PLATFORM_SOURCES
 set(KORX_SOURCES
     source_utilities/ind/KORXArray.cpp
     source_utilities/ind/KORXMemoryBound.cpp
+    source_utilities/ind/KORXCodePage.cpp
 )

@@ -6,5 +6,6 @@
 
 #include <korx/KORXDynamicArray.h>
 #include <korx/KORXExport.h>
+#include <korx/KORXString.h>
 
 #endif
