@@ -10,3 +10,11 @@ set(KORX_SOURCES
     source_utilities/ind/KORXMemoryBound.cpp
     source_utilities/ind/KORXCodePage.cpp
 )
+
+# Text: the wide string, Unicode conversion, the numeric locale switch, the trace printer.
+list(APPEND KORX_SOURCES
+    source_utilities/ind/KORXString.cpp
+    source_utilities/ind/KORXUnicode.cpp
+    source_utilities/ind/KORXLocale.cpp
+    source_utilities/ind/internal/Trace.cpp
+)

@@ -7,5 +7,6 @@
 #include <korx/KORXDynamicArray.h>
 #include <korx/KORXExport.h>
 #include <korx/KORXString.h>
+#include <korx/KORXWChar.h>
 
 #endif
