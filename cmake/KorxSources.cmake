@@ -18,3 +18,13 @@ list(APPEND KORX_SOURCES
     source_utilities/ind/KORXLocale.cpp
     source_utilities/ind/internal/Trace.cpp
 )
+
+# Events: the result type, the event root, the bus and its listeners, the observer base.
+list(APPEND KORX_SOURCES
+    source_utilities/ind/KORIResult.cpp
+    source_utilities/ind/KORXObject.cpp
+    source_utilities/ind/KORXEvent.cpp
+    source_utilities/ind/KORXEventBus.cpp
+    source_utilities/ind/Gk_Observer.cpp
+    source_utilities/ind/KORXEntityCallback.cpp
+)

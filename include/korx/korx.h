@@ -4,7 +4,10 @@
 #ifndef KORX_KORX_H
 #define KORX_KORX_H
 
+#include <korx/Gk_Observer.h>
+#include <korx/KORIResult.h>
 #include <korx/KORXDynamicArray.h>
+#include <korx/KORXEventBus.h>
 #include <korx/KORXExport.h>
 #include <korx/KORXString.h>
 #include <korx/KORXWChar.h>

@@ -1,0 +1,3 @@
+#include <korx/KORXEventBus.h>
+
+int KORXEntityCallback::getType() { return 4; }
