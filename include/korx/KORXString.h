@@ -46,11 +46,7 @@ public:
     KORXString(KORXWChar unit);
     /// printf-style, bounded to bufferSize - 1 bytes (cut text is kept cut), decoded as UTF-8.
     /// A null format gives the empty string.
-    KORXString(int bufferSize, const char* format, ...)
-#if defined(__GNUC__)
-        __attribute__((format(printf, 3, 4)))
-#endif
-        ;
+    KORXString(int bufferSize, const char* format, ...) KORX_PRINTF_FORMAT(3, 4);
 #if KORX_WCHAR_IS_UTF32
     KORXString(const wchar_t* text);
 #endif

@@ -395,7 +395,9 @@ char typeFor(const Conversion& c) {
     return c.type;
 }
 
-void renderShifted(BoundedText& out, const Conversion& c, ShiftedArguments& args, size_t size) {
+// Renders one conversion with the values its source hands out for it, in order.
+template <class Arguments>
+void renderConversion(BoundedText& out, const Conversion& c, Arguments& args, size_t size) {
     auto take = [&](Need need) { return args.take(need, c); };
     int width = c.width;
     int precision = c.precision;
@@ -410,6 +412,47 @@ void renderShifted(BoundedText& out, const Conversion& c, ShiftedArguments& args
     if (c.type == 'n')
         return;  // never writes through an argument
     render(out, c, rebuild(c, width, hasPrecision, precision, lengthFor(c), typeFor(c)), value);
+}
+
+// Hands out a fixed list of values in order; a conversion past the end receives zero bits.
+class ListedArguments {
+public:
+    ListedArguments(const Value* values, int count) : m_values(values), m_count(count) {}
+
+    Value take(Need, const Conversion&) { return m_next < m_count ? m_values[m_next++] : Value(); }
+
+private:
+    const Value* m_values;
+    int m_count;
+    int m_next = 0;
+};
+
+// Copies format with each conversion rendered from the values args hands out.
+template <class Arguments>
+int formatWith(char* buffer, size_t size, const char* format, Arguments& args) {
+    BoundedText out(buffer, size);
+    if (format == nullptr)
+        return 0;
+    const std::string_view text = format;
+    size_t pos = 0;
+    while (pos < text.size()) {
+        const size_t percent = text.find('%', pos);
+        out.append(text.substr(pos, percent == std::string_view::npos ? percent : percent - pos));
+        if (percent == std::string_view::npos)
+            break;
+        if (percent + 1 < text.size() && text[percent + 1] == '%') {
+            out.append("%");
+            pos = percent + 2;
+            continue;
+        }
+        const Conversion c = parseConversion(text, percent);
+        if (c.type == '\0')
+            out.append(c.written);  // not a conversion: kept as written, consumes nothing
+        else
+            renderConversion(out, c, args, size);
+        pos = percent + c.written.size();
+    }
+    return out.result();
 }
 
 }  // namespace
@@ -452,33 +495,22 @@ int Reformat(char* buffer, size_t size, const char* text) {
 }
 
 int FormatShiftedV(char* buffer, size_t size, const char* format, va_list args) {
-    BoundedText out(buffer, size);
-    if (format == nullptr)
-        return 0;
     va_list own;
     va_copy(own, args);
     ShiftedArguments shifted(format, own);
-    const std::string_view text = format;
-    size_t pos = 0;
-    while (pos < text.size()) {
-        const size_t percent = text.find('%', pos);
-        out.append(text.substr(pos, percent == std::string_view::npos ? percent : percent - pos));
-        if (percent == std::string_view::npos)
-            break;
-        if (percent + 1 < text.size() && text[percent + 1] == '%') {
-            out.append("%");
-            pos = percent + 2;
-            continue;
-        }
-        const Conversion c = parseConversion(text, percent);
-        if (c.type == '\0')
-            out.append(c.written);  // not a conversion: kept as written, consumes nothing
-        else
-            renderShifted(out, c, shifted, size);
-        pos = percent + c.written.size();
-    }
+    const int result = formatWith(buffer, size, format, shifted);
     va_end(own);
-    return out.result();
+    return result;
+}
+
+int FormatPrecisionAndDouble(char* buffer, size_t size, const char* format, int precision,
+                             double value) {
+    Value values[2];
+    values[0] = integerValue(static_cast<unsigned long long>(precision));
+    values[1].kind = Value::Floating;
+    values[1].bits = doubleBits(value);
+    ListedArguments listed(values, 2);
+    return formatWith(buffer, size, format, listed);
 }
 
 }  // namespace korx::detail

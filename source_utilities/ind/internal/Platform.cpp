@@ -1,6 +1,9 @@
 #include "internal/Platform.h"
 
 #include <chrono>
+#include <cstdlib>
+#include <cwchar>
+#include <vector>
 
 #include <malloc.h>
 
@@ -32,6 +35,24 @@ long long HighResolutionCounter() {
 
 long long HighResolutionFrequency() {
     return static_cast<long long>(Clock::period::den / Clock::period::num);
+}
+
+long ToLocaleMultibyte(const KORXWChar* units, int n, char* out, size_t size) {
+    std::vector<wchar_t> wide;
+    wide.reserve(static_cast<size_t>(n) + 1);
+    for (int i = 0; i < n; ++i) {
+        auto unit = static_cast<unsigned long>(units[i]);
+        const bool pair = unit >= 0xD800 && unit <= 0xDBFF && i + 1 < n &&
+                          units[i + 1] >= 0xDC00 && units[i + 1] <= 0xDFFF;
+        if (KORX_WCHAR_IS_UTF32 && pair) {
+            unit = 0x10000 + ((unit - 0xD800) << 10) + (units[i + 1] - 0xDC00u);
+            ++i;
+        }
+        wide.push_back(static_cast<wchar_t>(unit));
+    }
+    wide.push_back(0);
+    const size_t written = std::wcstombs(out, wide.data(), size);
+    return written == static_cast<size_t>(-1) ? -1 : static_cast<long>(written);
 }
 
 size_t AllocatedSize(void* block) {

@@ -5,14 +5,12 @@
 #ifndef KORX_INTERNAL_TRACE_H
 #define KORX_INTERNAL_TRACE_H
 
+#include <korx/KORXExport.h>
+
 namespace korx::detail {
 
 /// printf-style trace output of one piece of a dump.
-void TracePrintf(const char* format, ...)
-#if defined(__GNUC__)
-    __attribute__((format(printf, 1, 2)))
-#endif
-    ;
+void TracePrintf(const char* format, ...) KORX_PRINTF_FORMAT(1, 2);
 
 }  // namespace korx::detail
 
