@@ -28,3 +28,33 @@ list(APPEND KORX_SOURCES
     source_utilities/ind/Gk_Observer.cpp
     source_utilities/ind/KORXEntityCallback.cpp
 )
+
+# Exceptions, assertions and errors.
+list(APPEND KORX_SOURCES
+    source_utilities/ind/Gk_Marker.cpp
+    source_utilities/ind/Gk_ErrMgr.cpp
+    source_utilities/ind/KORXAssert.cpp
+    source_utilities/ind/KORXError.cpp
+    source_utilities/ind/KORXErrorTracker.cpp
+    source_utilities/ind/internal/MessageText.cpp
+)
+
+# The stream formatter and its HTML form.
+list(APPEND KORX_SOURCES
+    source_stream/ind/KORXStreamFormatter.cpp
+    source_stream/ind/KORXHTMLStreamFormatter.cpp
+    source_utilities/ind/internal/ValueText.cpp
+)
+
+# Byte strings, file descriptors and the stream hierarchy.
+list(APPEND KORX_SOURCES
+    source_utilities/ind/Gk_String.cpp
+    source_utilities/ind/KORXFileDescriptor.cpp
+    source_stream/ind/KORXInputStream.cpp
+    source_stream/ind/KORXOutputStream.cpp
+    source_stream/ind/KORXFilterStream.cpp
+    source_stream/ind/KORXFileInputStream.cpp
+    source_stream/ind/KORXFileOutputStream.cpp
+    source_stream/ind/KORXStringInputStream.cpp
+    source_stream/ind/KORXStringOutputStream.cpp
+)

@@ -157,6 +157,25 @@ TEST(ShiftedFormat, KeepsWhatIsNotAConversionAndCutsLongTexts) {
     EXPECT_EQ(result, -1);
 }
 
+TEST(PrecisionAndDouble, EachConversionTakesTheNextArgumentFromItsBits) {
+    struct Case {
+        const char* format;
+        const char* text;
+    };
+    const Case cases[] = {
+        {"%.*f", "1.500"},
+        {"%lf", "0.000000"},           // reads the precision's bits as a double
+        {"%d %f %d", "3 1.500000 0"},  // nothing left for the last one: zero
+        {"%s", "(null)"},              // never dereferenced
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.format);
+        char buffer[64];
+        korx::detail::FormatPrecisionAndDouble(buffer, sizeof buffer, c.format, 3, 1.5);
+        EXPECT_STREQ(buffer, c.text);
+    }
+}
+
 TEST(Clocks, MillisecondClockAndCounterAdvanceMonotonically) {
     const long startMs = korx::detail::ClockMilliseconds();
     const long long startTicks = korx::detail::HighResolutionCounter();

@@ -4,11 +4,18 @@
 #ifndef KORX_KORX_H
 #define KORX_KORX_H
 
+#include <korx/Gk_Exception.h>
 #include <korx/Gk_Observer.h>
+#include <korx/Gk_String.h>
 #include <korx/KORIResult.h>
 #include <korx/KORXDynamicArray.h>
+#include <korx/KORXError.h>
 #include <korx/KORXEventBus.h>
 #include <korx/KORXExport.h>
+#include <korx/KORXFileDescriptor.h>
+#include <korx/KORXReferenceCount.h>
+#include <korx/KORXStream.h>
+#include <korx/KORXStreamFormatter.h>
 #include <korx/KORXString.h>
 #include <korx/KORXWChar.h>
 
