@@ -77,10 +77,17 @@ void KORXEventBus::Send(KORXEvent& event) {
         stamp(event);
     // Read once: a listener added during the dispatch is first called for the next event.
     const int count = currentCount(m_listeners);
+    if (count == 0)
+        return;
+    // Adding and removing listeners keep the header (only its block may move), so it is taken
+    // once; its block and count are read afresh for every slot.
+    const KORXArrayHeader* header = m_listeners.getHeader();
     for (int i = 0; i < count; ++i) {
-        // Each slot is read afresh. After a removal the later listeners have moved down one
-        // place, so one of them is skipped for this event; callers rely on that.
-        KORXEventListener* listener = listenerAt(m_listeners, i);
+        // After a removal the later listeners have moved down one place, so one of them is
+        // skipped for this event; callers rely on that. A slot past the end reads as empty.
+        if (i >= header->count)
+            break;
+        KORXEventListener* listener = static_cast<KORXEventListener* const*>(header->data)[i];
         if (listener != nullptr)
             listener->HandleEvent(event);
     }
