@@ -58,3 +58,27 @@ list(APPEND KORX_SOURCES
     source_stream/ind/KORXStringInputStream.cpp
     source_stream/ind/KORXStringOutputStream.cpp
 )
+
+# Messages and loggers, and the message-reporting service they forward to.
+list(APPEND KORX_SOURCES
+    source_utilities/ind/KORXMessageEvents.cpp
+    source_utilities/ind/KORXReporters.cpp
+    source_utilities/ind/KORXLogger.cpp
+    source_utilities/ind/KORXTimingLogger.cpp
+    source_utilities/ind/MessageHandler.cpp
+)
+
+# File paths and the file-system calls behind them.
+list(APPEND KORX_SOURCES
+    source_utilities/ind/KORXFilePath.cpp
+    source_utilities/ind/internal/FileSystem.cpp
+)
+
+# Properties, environment variables, and the task and progress events.
+list(APPEND KORX_SOURCES
+    source_utilities/ind/KORXProperties.cpp
+    source_utilities/ind/KORXEnvironment.cpp
+    source_utilities/ind/internal/Environment.cpp
+    source_utilities/ind/KORXTaskEvent.cpp
+    source_utilities/ind/KORXTaskEvents.cpp
+)

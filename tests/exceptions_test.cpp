@@ -33,10 +33,10 @@ TEST(MarkerCompare, IgnoresCaseHandlesHashesAndRanksAPrefixAsGreater) {
         int result;
     };
     const Case cases[] = {
-        {"abc", "ABC", 0},  {"ab", "abc", 1},   {"abc", "ab", -1}, {"a#", "a", 0},
-        {"a", "a#", 0},     {"a#b", "ab", 0},   {"a#", "a#", 0},   {"a#", "abc", 1},
-        {"abc", "a#", -1},  {"abd", "abc", 1},  {"Abc", "abd", -1}, {"", "", 0},
-        {"##x", "x", 0},    {"[", "A", -1},  // 'A' compares as 'a', above '['
+        {"abc", "ABC", 0}, {"ab", "abc", 1},  {"abc", "ab", -1},  {"a#", "a", 0},
+        {"a", "a#", 0},    {"a#b", "ab", 0},  {"a#", "a#", 0},    {"a#", "abc", 1},
+        {"abc", "a#", -1}, {"abd", "abc", 1}, {"Abc", "abd", -1}, {"", "", 0},
+        {"##x", "x", 0},   {"[", "A", -1},  // 'A' compares as 'a', above '['
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(std::string(c.a) + " vs " + c.b);
@@ -121,9 +121,9 @@ TEST(Assertions, PrintfFormatsTwiceAndPublishesNothingForANullFormat) {
     KORXAssert::Printf(nullptr);
     EXPECT_TRUE(recorder.events.empty());
 
-    KORXAssert::Printf("%s", "50%%");       // "50%%" survives the first pass
-    KORXAssert::Printf("%d%% done", 100);   // "100% done": "% d" is copied, never formatted
-    KORXAssert::Printf("%s", "");           // empty: no message, description still ends
+    KORXAssert::Printf("%s", "50%%");      // "50%%" survives the first pass
+    KORXAssert::Printf("%d%% done", 100);  // "100% done": "% d" is copied, never formatted
+    KORXAssert::Printf("%s", "");          // empty: no message, description still ends
     ASSERT_EQ(recorder.events.size(), 3u);
     EXPECT_EQ(recorder.events[0].message, "50%");
     EXPECT_EQ(recorder.events[1].message, "100% done");

@@ -98,9 +98,8 @@ TEST(HTMLStreamFormatter, WritesThePageMarkupByteForByte) {
         f << f.getMargin() << "a" << f.getSpace() << "b" << f.getEndline();
         f << f.define(7L) << f.refer(7L);
     }
-    EXPECT_EQ(out.text,
-              "<HTML> <title>Report</title><BODY BGCOLOR=\"#FFFFFF\" > "
-              "&nbsp;&nbsp;&nbsp;&nbsp;a&nbsp;b<br>\r\n"
-              "<a name= \"7\">7</a><a href=\"#7\">7</a>"
-              "</BODY> </HTML>");
+    EXPECT_EQ(out.text, "<HTML> <title>Report</title><BODY BGCOLOR=\"#FFFFFF\" > "
+                        "&nbsp;&nbsp;&nbsp;&nbsp;a&nbsp;b<br>\r\n"
+                        "<a name= \"7\">7</a><a href=\"#7\">7</a>"
+                        "</BODY> </HTML>");
 }

@@ -572,20 +572,6 @@ TEST(SharedConstants, HoldTheirTextsInBothForms) {
     EXPECT_TRUE(KORX_TRUE.equalsIgnoreCase(KORXString("TRUE")));
 }
 
-TEST(StringDump, WritesTheLowByteOfEachUnitBetweenQuotes) {
-    const KORXString s(W(u"ab\u0141").c_str());
-    testing::internal::CaptureStdout();
-    s.dump();
-    std::fflush(stdout);
-    const std::string output = testing::internal::GetCapturedStdout();
-    char expected[128];
-    std::snprintf(
-        expected, sizeof expected, "string 0x%x (0x%x): \"abA\" (3 chars)\n",
-        static_cast<unsigned>(reinterpret_cast<uintptr_t>(&s)),
-        static_cast<unsigned>(reinterpret_cast<uintptr_t>(static_cast<const KORXWChar*>(s))));
-    EXPECT_EQ(output, expected);
-}
-
 TEST(WcharToPrintable, FixesTheLineEndAndFallsBackToOneBytePerUnit) {
     LocaleGuard ctype(LC_CTYPE, "C");
     struct Case {

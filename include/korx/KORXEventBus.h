@@ -21,6 +21,7 @@
 #include <korx/KORXExport.h>
 
 #include <cstdint>
+#include <utility>
 
 class KORXOutputStream;
 class KORXString;
@@ -104,6 +105,13 @@ public:
     explicit KORXEventMessage(char* owned) : m_text(owned) {}
     KORXEventMessage(const KORXEventMessage& other);
     KORXEventMessage& operator=(const KORXEventMessage& other);
+    KORXEventMessage(KORXEventMessage&& other) noexcept : m_text(other.m_text) {
+        other.m_text = nullptr;
+    }
+    KORXEventMessage& operator=(KORXEventMessage&& other) noexcept {
+        std::swap(m_text, other.m_text);
+        return *this;
+    }
     ~KORXEventMessage();
 
     const char* get() const { return m_text; }

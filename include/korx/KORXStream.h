@@ -24,6 +24,8 @@
 #include <cstdint>
 #include <cstdio>
 
+class KORXFilePath;
+
 class KORX_API KORXInputStream {
 public:
     virtual ~KORXInputStream();
@@ -116,6 +118,8 @@ public:
     KORXFileInputStream();
     /// The UTF-8 path name, read from its start.
     explicit KORXFileInputStream(const char* name);
+    /// The file at path, read from its start.
+    explicit KORXFileInputStream(KORXFilePath& path);
     /// The caller's open file, from its position; the file stays open after the stream.
     explicit KORXFileInputStream(FILE* file);
     /// Shares the descriptor and copies the position mode.
@@ -151,6 +155,8 @@ public:
     KORXFileOutputStream();
     /// Creates or empties the file at the UTF-8 path name.
     explicit KORXFileOutputStream(const char* name);
+    /// Creates or empties the file at path.
+    explicit KORXFileOutputStream(KORXFilePath& path);
     /// The caller's open file, from its position; the file stays open after the stream.
     explicit KORXFileOutputStream(FILE* file);
     /// Adopts descriptor: the stream's handle holds it from now on.

@@ -9,14 +9,20 @@
 #include <korx/Gk_String.h>
 #include <korx/KORIResult.h>
 #include <korx/KORXDynamicArray.h>
+#include <korx/KORXEnvironment.h>
 #include <korx/KORXError.h>
 #include <korx/KORXEventBus.h>
 #include <korx/KORXExport.h>
 #include <korx/KORXFileDescriptor.h>
+#include <korx/KORXFilePath.h>
+#include <korx/KORXLogger.h>
+#include <korx/KORXProperties.h>
 #include <korx/KORXReferenceCount.h>
 #include <korx/KORXStream.h>
 #include <korx/KORXStreamFormatter.h>
 #include <korx/KORXString.h>
+#include <korx/KORXTaskEvent.h>
 #include <korx/KORXWChar.h>
+#include <korx/MessageHandler.h>
 
 #endif

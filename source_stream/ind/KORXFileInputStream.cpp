@@ -1,5 +1,7 @@
 #include <korx/KORXStream.h>
 
+#include <korx/KORXFilePath.h>
+
 #include <cstdint>
 
 namespace {
@@ -28,6 +30,9 @@ KORXFileInputStream::KORXFileInputStream(const char* name)
     : m_fileSize(0), m_offset(kFollowsDescriptor), m_descriptor(openForReading(name)) {
     m_fileSize = sizeOf(*m_descriptor);
 }
+
+KORXFileInputStream::KORXFileInputStream(KORXFilePath& path)
+    : KORXFileInputStream(static_cast<const char*>(path)) {}
 
 KORXFileInputStream::KORXFileInputStream(FILE* file)
     : m_fileSize(0), m_offset(kFollowsDescriptor),

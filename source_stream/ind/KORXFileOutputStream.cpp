@@ -1,10 +1,15 @@
 #include <korx/KORXStream.h>
 
+#include <korx/KORXFilePath.h>
+
 KORXFileOutputStream::KORXFileOutputStream()
     : m_descriptor(new KORXFileDescriptor(1, KORXFileDescriptor::WRITE_MODE)) {}
 
 KORXFileOutputStream::KORXFileOutputStream(const char* name)
     : m_descriptor(new KORXFileDescriptor(name, KORXFileDescriptor::WRITE_MODE)) {}
+
+KORXFileOutputStream::KORXFileOutputStream(KORXFilePath& path)
+    : KORXFileOutputStream(static_cast<const char*>(path)) {}
 
 KORXFileOutputStream::KORXFileOutputStream(FILE* file)
     : m_descriptor(new KORXFileDescriptor(file, KORXFileDescriptor::WRITE_MODE)) {}

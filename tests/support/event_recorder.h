@@ -6,6 +6,7 @@
 #include <korx/Gk_Exception.h>
 #include <korx/KORXError.h>
 #include <korx/KORXEventBus.h>
+#include <korx/KORXLogger.h>
 #include <korx/KORXStream.h>
 
 #include <string>
@@ -44,9 +45,8 @@ public:
 
     void HandleEvent(KORXEvent& event) override {
         const char* message = messageOf(event);
-        events.push_back({event.GetName() != nullptr ? event.GetName() : "",
-                          event.GetEventLevel(), message != nullptr,
-                          message != nullptr ? message : "", Describe(event)});
+        events.push_back({event.GetName() != nullptr ? event.GetName() : "", event.GetEventLevel(),
+                          message != nullptr, message != nullptr ? message : "", Describe(event)});
     }
 
     std::vector<RecordedEvent> events;
@@ -56,6 +56,14 @@ private:
         if (const auto* e = dynamic_cast<const KORXAssertEvent*>(&event))
             return e->GetMessage();
         if (const auto* e = dynamic_cast<const KORXErrorEvent*>(&event))
+            return e->GetMessage();
+        if (const auto* e = dynamic_cast<const KORXMessageEvent*>(&event))
+            return e->GetMessage();
+        if (const auto* e = dynamic_cast<const KORXWarningEvent*>(&event))
+            return e->GetMessage();
+        if (const auto* e = dynamic_cast<const KORXVerboseEvent*>(&event))
+            return e->GetMessage();
+        if (const auto* e = dynamic_cast<const KORXTraceEvent*>(&event))
             return e->GetMessage();
         return nullptr;
     }

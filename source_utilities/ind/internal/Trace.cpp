@@ -1,17 +1,23 @@
 #include "internal/Trace.h"
 
+#include <korx/KORXLogger.h>
+
 #include <cstdarg>
-#include <cstdio>
+
+#include "internal/MessageText.h"
+#include "internal/Platform.h"
 
 namespace korx::detail {
 
-// Writes to standard output with vprintf until the trace reporter takes this over; pieces are
-// not bounded or buffered here, so a dump reads exactly as it was written.
+// Each piece is one trace report. KORXTrace::Printf formats its text a second time, which is
+// what "%s" of the piece filled in gives: the same text as the piece's own format would.
 void TracePrintf(const char* format, ...) {
+    char piece[kMessageBytes];
     va_list args;
     va_start(args, format);
-    std::vprintf(format, args);
+    FormatV(piece, sizeof piece, format, args);
     va_end(args);
+    KORXTrace::Printf("%s", piece);
 }
 
 }  // namespace korx::detail
