@@ -1,5 +1,5 @@
-// A first look at KORX from a translator's side: the growable array that every container of
-// the library rests on. Build and run it with `./build.sh example`.
+// A first look at KORX from a translator's side: report through the event bus, mark a task,
+// name files, hold text and grow arrays. Build and run it with `./build.sh example`.
 #include <korx/korx.h>
 
 #include <cstdio>
@@ -11,32 +11,43 @@ struct Face {
     double area;
 };
 
-void printFaces(const char* title, const KORXDynamicArray<Face>& faces) {
-    std::printf("%s: %d faces\n", title, faces.size());
-    for (int i = 0; i < faces.size(); ++i)
-        std::printf("  face %d: area %.2f\n", faces[i].id, faces[i].area);
+void readFaces(KORXDynamicArray<Face>& faces) {
+    // An array grows by half its capacity plus one as faces arrive; copies share it.
+    for (int id = 1; id <= 12; ++id)
+        faces.add(Face{id, id * 1.5});
+    KORXInfo::Tab();
+    KORXInfo::Printf("%d faces in %d slots", faces.size(), faces.getHeader()->capacity);
+    KORXInfo::Untab();
 }
 
 }  // namespace
 
 int main() {
-    // An array grows by half its capacity plus one as faces arrive.
+    // Messages go to standard output, warnings and errors to standard error; every error is
+    // also kept by the tracker.
+    KORXConsoleLogger::SetUp(KORX_LEVEL_INFO);
+    KORXErrorTracker::Initialize();
+
+    // A file name and its parts; stored paths keep the library's '\' separators.
+    KORXFilePath input("models/bracket.stp");
+    KORXInfo::Printf("file %s: name %s, extension %s", static_cast<const char*>(input.GetPath()),
+                     static_cast<const char*>(input.GetName()),
+                     static_cast<const char*>(input.GetLastExtension()));
+
+    // A task: its start and end events bracket the work.
+    KORXStartReadFileTaskEvent::Fire(static_cast<const char*>(input.GetPath()));
     KORXDynamicArray<Face> faces;
-    for (int id = 1; id <= 12; ++id)
-        faces.add(Face{id, id * 1.5});
-    std::printf("12 faces in %d slots\n", faces.getHeader()->capacity);
+    readFaces(faces);
+    KORXString label("Fl\xC3\xA4"
+                     "che 7");  // UTF-8 in, UTF-16 inside
+    KORXWarning::Printf("%s has %d UTF-16 units and %d UTF-8 bytes",
+                        static_cast<const char*>(label), label.length(), label.GetLengthInChar());
+    KORXError::Printf("face %d is not closed", faces[6].id);
+    KORIResult done(0);
+    KORXEndReadFileTaskEvent end(done);
+    KORXEventBus::Fire(end);
 
-    // Copies share one header: a change through either is seen by both.
-    KORXDynamicArray<Face> shared = faces;
-    shared.removeAt(0);
-    std::printf("shared copy is the same array: %s, size %d\n", shared == faces ? "yes" : "no",
-                faces.size());
-
-    // copy() is the only deep copy.
-    KORXDynamicArray<Face> mine = faces.copy();
-    mine.resize(3);
-    mine.reverse();
-    printFaces("my first three, reversed", mine);
-    std::printf("the shared array still holds %d faces\n", shared.size());
+    std::printf("errors seen: %d\n", KORXError::GetErrorCount());
+    delete KORXErrorTracker::GetInstance();
     return 0;
 }
