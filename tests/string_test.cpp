@@ -37,6 +37,9 @@ std::u16string Text(const KORXString& s) {
 
 std::string Bytes(const char* p, size_t n) { return std::string(p, n); }
 
+bool IsHighSurrogate(KORXWChar unit) { return unit >= 0xD800 && unit <= 0xDBFF; }
+bool IsLowSurrogate(KORXWChar unit) { return unit >= 0xDC00 && unit <= 0xDFFF; }
+
 std::u16string Ascii(const std::string& text) { return std::u16string(text.begin(), text.end()); }
 
 // Restores one locale category when the test ends; false when the locale is not installed.
@@ -75,12 +78,11 @@ std::u16string ScalarDecode(const std::string& bytes) {
     return text;
 }
 
-std::string ScalarEncode(const Units& units) {
+// Units pos .. end - 1; a high surrogate at end - 1 takes the unit at end with it.
+std::string ScalarEncode(const Units& units, int pos, int end) {
     std::string bytes;
-    const int n = static_cast<int>(units.size());
-    int pos = 0;
-    while (pos < n) {
-        unsigned int cp = wcharNext(units.c_str(), n, pos);
+    while (pos < end) {
+        unsigned int cp = wcharNext(units.c_str(), end, pos);
         unsigned char out[4];
         const int k = emitUtf8(cp == KORX_UTF_INVALID ? 0xFFFD : cp, out);
         bytes.append(reinterpret_cast<char*>(out), static_cast<size_t>(k));
@@ -252,8 +254,81 @@ TEST(StringConversion, AgreesWithTheScalarCodecsOnRandomText) {
         const int length = Utf8Length(units.c_str(), 0);
         ASSERT_EQ(wide.GetLengthInChar(), length);
         ASSERT_EQ(wide.length(), static_cast<int>(units.size()));
-        const std::string expected = length < 0 ? "" : ScalarEncode(units);
+        const std::string expected =
+            length < 0 ? "" : ScalarEncode(units, 0, static_cast<int>(units.size()));
         ASSERT_EQ(std::string(static_cast<const char*>(wide)), expected);
+    }
+}
+
+// Wide text made directly: runs of units of every kind at every alignment, long enough for the
+// bulk paths of the byte form and of getChars.
+TEST(StringConversion, EncodesRandomWideTextAsTheScalarCodecsDo) {
+    std::mt19937 random(11);
+    // Each side of every size step, the noncharacters and the units around them, pairs; then the
+    // pieces that are not well formed.
+    const std::vector<Units> pieces = {W(u"\x7F"),       W(u"\x80"),       W(u"\xE9"),
+                                       W(u"\x7FF"),      W(u"\x800"),      W(u"\x4E2D"),
+                                       W(u"\xD7FF"),     W(u"\xE000"),     W(u"\xFDCF"),
+                                       W(u"\xFDD0"),     W(u"\xFDEF"),     W(u"\xFDF0"),
+                                       W(u"\xFEFF"),     W(u"\xFF0C"),     W(u"\xFFBF"),
+                                       W(u"\xFFC0"),     W(u"\xFFFD"),     W(u"\xFFFE"),
+                                       W(u"\xFFFF"),     W(u"\U0001F600"), W(u"\U00010000"),
+                                       W(u"\U0010FFFF"), W(u"\xD800"),     W(u"\xDBFF"),
+                                       W(u"\xDC00"),     W(u"\xDFFF"),     W(u"\xD800\U00010000")};
+    const size_t wellFormed = pieces.size() - 5;
+    for (int round = 0; round < 3000; ++round) {
+        Units units;
+        const size_t choices = round % 4 == 0 ? pieces.size() : wellFormed;
+        const int maxAscii = round % 3 == 0 ? 40 : 6;
+        for (int parts = 1 + static_cast<int>(random() % 16); parts > 0; --parts) {
+            for (int i = static_cast<int>(random() % maxAscii); i > 0; --i)
+                units += static_cast<KORXWChar>(1 + random() % 127);
+            for (int i = 1 + static_cast<int>(random() % 6); i > 0; --i)
+                units += pieces[random() % choices];
+        }
+        SCOPED_TRACE(round);
+        const int n = static_cast<int>(units.size());
+        const KORXString s(units.c_str());
+        const int length = Utf8Length(units.c_str(), 0);
+        ASSERT_EQ(s.GetLengthInChar(), length);
+        ASSERT_EQ(std::string(static_cast<const char*>(s)),
+                  length < 0 ? "" : ScalarEncode(units, 0, n));
+
+        // A range into a destination of exactly the size getChars asks for.
+        const int begin = static_cast<int>(random() % n);
+        const int end = begin + 1 + static_cast<int>(random() % (n - begin));
+        const char untouched = '\xFF';  // never in UTF-8
+        std::vector<char> dst(static_cast<size_t>(3 * (end - begin) + 3), untouched);
+        s.getChars(begin, end, dst.data(), 0);
+        std::string expected;
+        if (!IsLowSurrogate(units[begin]))
+            expected = ScalarEncode(units, begin, end);
+        else if (begin > 0 && IsHighSurrogate(units[begin - 1]))
+            expected = ScalarEncode(units, begin - 1, end);
+        ASSERT_EQ(std::string(dst.data()), expected);
+        ASSERT_EQ(std::count(dst.begin(), dst.end(), untouched),
+                  static_cast<long>(dst.size() - expected.size() - 1));
+    }
+}
+
+// Long texts are measured in blocks: a pair or a lone surrogate across the boundaries of any
+// power-of-two block size counts as it does anywhere else.
+TEST(StringConversion, MeasuresLongTextsAcrossBlocks) {
+    for (const KORXWChar background : {KORXWChar('a'), KORXWChar(0x4E2D)}) {
+        for (const int at : {4095, 8191, 8192, 16383, 16384}) {
+            const Units inserts[] = {{0xD83D, 0xDE00}, {0xDC00}, {0xD800}};
+            for (const Units& insert : inserts) {
+                Units units(20000, background);
+                units.replace(static_cast<size_t>(at), insert.size(), insert);
+                SCOPED_TRACE(at);
+                const KORXString s(units.c_str());
+                const int length = Utf8Length(units.c_str(), 0);
+                EXPECT_EQ(length < 0, insert.size() == 1);
+                EXPECT_EQ(s.GetLengthInChar(), length);
+                EXPECT_EQ(std::string(static_cast<const char*>(s)),
+                          length < 0 ? "" : ScalarEncode(units, 0, 20000));
+            }
+        }
     }
 }
 

@@ -62,29 +62,15 @@ uint64_t bytesInTextOrder(uint64_t word) {
 // The top bit of each zero lane is set (lanes above a zero lane may be set too).
 uint64_t zeroLanes(uint64_t word) { return (word - kUnitOnes) & ~word & kUnitHighBits; }
 
-struct BufferScan {
-    int length;
-    bool ascii;
-};
-
-// The length of a padded buffer, and whether all its units are ASCII.
-BufferScan scanBuffer(const KORXWChar* buffer) {
-    uint64_t seen = 0;
+// The length of a padded buffer.
+int bufferLength(const KORXWChar* buffer) {
     int n = 0;
-    for (;;) {
-        const uint64_t first = loadWord(buffer + n);
-        const uint64_t second = loadWord(buffer + n + 4);
-        if ((zeroLanes(first) | zeroLanes(second)) != 0)
-            break;
-        seen |= first | second;
+    while ((zeroLanes(loadWord(buffer + n)) | zeroLanes(loadWord(buffer + n + 4))) == 0)
         n += 8;
-    }
-    for (; buffer[n] != 0; ++n)
-        seen |= buffer[n];
-    return {n, (seen & kUnitAboveAscii) == 0};
+    while (buffer[n] != 0)
+        ++n;
+    return n;
 }
-
-int bufferLength(const KORXWChar* buffer) { return scanBuffer(buffer).length; }
 
 KORXWChar* copyOf(const KORXWChar* text, int n) {
     KORXWChar* buffer = newUnits(n);
@@ -199,6 +185,15 @@ int narrowAscii(const KORXWChar* units, int n, char* out) {
     return n;
 }
 
+// 16 ASCII units as bytes. The block is a local copy, so the compiler knows out cannot overlap
+// it and narrows it in vector registers.
+void narrowAscii16(const KORXWChar* units, unsigned char* out) {
+    KORXWChar block[16];
+    std::memcpy(block, units, sizeof block);
+    for (int i = 0; i < 16; ++i)
+        out[i] = static_cast<unsigned char>(block[i]);
+}
+
 // One unit outside the surrogate range, as emitUtf8 writes it.
 unsigned char* encodeBmp(uint32_t unit, unsigned char* out) {
     if (unit < 0x80) {
@@ -218,13 +213,154 @@ unsigned char* encodeBmp(uint32_t unit, unsigned char* out) {
     return out + 3;
 }
 
+// A loaded word with its four units in text order from the low end.
+uint64_t unitsInTextOrder(uint64_t word) {
+    if (korx::detail::kLowByteFirst)
+        return word;
+    return word << 48 | (word << 16 & 0x0000FFFF00000000ull) | (word >> 16 & 0xFFFF0000ull) |
+           word >> 48;
+}
+
+// The top bit of each unit from 0xD800 up.
+uint64_t unitsFromD800(uint64_t word) {
+    return ((word & 0x7FFF7FFF7FFF7FFFull) + 0x2800280028002800ull) & word & kUnitHighBits;
+}
+
+// The top bit of each unit the grouped encoding below cannot write: the surrogates, and the
+// units of the two groups that hold the noncharacters, U+FDC0 .. U+FDFF and U+FFC0 .. U+FFFF.
+uint64_t unitsNeedingCare(uint64_t word) {
+    constexpr uint64_t kLow15 = 0x7FFF7FFF7FFF7FFFull;
+    const uint64_t surrogate = (word & 0xF800F800F800F800ull) ^ 0xD800D800D800D800ull;
+    const uint64_t nonCharacterGroup = ~word & 0xFDC0FDC0FDC0FDC0ull;
+    // The top bit of each non-zero unit: adding 0x7FFF to the low 15 bits carries into it.
+    const uint64_t notSurrogate = ((surrogate & kLow15) + kLow15) | surrogate;
+    const uint64_t notInGroup = ((nonCharacterGroup & kLow15) + kLow15) | nonCharacterGroup;
+    return ~(notSurrogate & notInGroup) & kUnitHighBits;
+}
+
+// The UTF-8 form of a unit u that is no surrogate and no noncharacter is, in 32-bit
+// arithmetic, base[g] + u x multiplier[g] with g = u >> 6: its bytes in text order from the
+// low end, then zero bytes, of which size[g] count. Within each group of 64 units the lead
+// bytes are fixed and the low 6 bits of the unit go into the last byte only, which the
+// multiplier (1, 0x100 or 0x10000) puts in place; base takes back what u's upper bits add.
+// Written with one 4-byte store and no branch, text that changes between ASCII, Latin and CJK
+// every few units goes at a steady pace, where a branch per kind of unit would keep
+// mispredicting. (The entries of the surrogate groups are meaningless and never used.)
+struct Utf8Groups {
+    uint32_t base[1024];
+    uint32_t multiplier[1024];
+    unsigned char size[1024];
+};
+
+constexpr Utf8Groups makeUtf8Groups() {
+    Utf8Groups groups{};
+    for (uint32_t group = 0; group < 1024; ++group) {
+        const uint32_t first = group << 6;
+        uint32_t lead = first;
+        uint32_t multiplier = 1;
+        unsigned char size = 1;
+        if (first >= 0x800) {
+            lead = (0xE0 | first >> 12) | (0x80 | (first >> 6 & 0x3F)) << 8 | 0x80u << 16;
+            multiplier = 0x10000;
+            size = 3;
+        } else if (first >= 0x80) {
+            lead = (0xC0 | first >> 6) | 0x80u << 8;
+            multiplier = 0x100;
+            size = 2;
+        }
+        groups.base[group] = lead - first * multiplier;
+        groups.multiplier[group] = multiplier;
+        groups.size[group] = size;
+    }
+    return groups;
+}
+
+constexpr Utf8Groups kUtf8Groups = makeUtf8Groups();
+
+// Stores the four bytes of word, the one in its low 8 bits first.
+void storeInTextOrder(unsigned char* out, uint32_t word) {
+    if (!korx::detail::kLowByteFirst)
+        word = word << 24 | (word << 8 & 0xFF0000u) | (word >> 8 & 0xFF00u) | word >> 24;
+    std::memcpy(out, &word, sizeof word);
+}
+
+// A unit that is no surrogate and no noncharacter; writes 4 bytes, of which 1 to 3 count.
+unsigned char* encodeGrouped(uint32_t unit, unsigned char* out) {
+    const uint32_t group = unit >> 6;
+    storeInTextOrder(out, kUtf8Groups.base[group] + unit * kUtf8Groups.multiplier[group]);
+    return out + kUtf8Groups.size[group];
+}
+
+struct Step {
+    int units;
+    int bytes;
+};
+
+// The code point starting at a unit that needs care, read as wcharNext reads it (units[1] is
+// readable); writes 4 bytes, of which step.bytes count.
+Step encodeWithCare(const KORXWChar* units, unsigned char* out) {
+    uint32_t unit = units[0];
+    if (unit >= 0xE000) {
+        if (isNonCharacter(unit))
+            unit = kReplacement;
+        return {1, static_cast<int>(encodeGrouped(unit, out) - out)};
+    }
+    const uint32_t next = units[1];
+    if (!korx::detail::IsHighSurrogate(unit) || !korx::detail::IsLowSurrogate(next))
+        return {1, static_cast<int>(encodeGrouped(kReplacement, out) - out)};  // unpaired
+    const uint32_t cp = 0x10000 + ((unit & 0x3FF) << 10) + (next & 0x3FF);
+    storeInTextOrder(out, (0xF0 | cp >> 18) | (0x80 | (cp >> 12 & 0x3F)) << 8 |
+                              (0x80 | (cp >> 6 & 0x3F)) << 16 | (0x80 | (cp & 0x3F)) << 24);
+    return {2, 4};
+}
+
 // Writes units pos .. end - 1 as UTF-8 and returns the bytes written; invalid units become
-// U+FFFD. As wcharNext does, a high surrogate at end - 1 takes the low surrogate at end with it.
-// Between surrogates every unit is one code point, so those runs need no end check per unit.
-int encodeUtf8(const KORXWChar* units, int pos, int end, char* out) {
+// U+FFFD, or with loneSurrogateFails a lone surrogate makes it stop and return -1. As
+// wcharNext does, a high surrogate at end - 1 takes the low surrogate at end with it.
+//
+// While at least 16 units remain: 16 ASCII units at once, else eight units all through the
+// grouped encoding unless one of them needs care; then the units before it go that way, and
+// its code point on its own. Every unit accounts for at least one byte of the output, and of
+// the byte form's count, so there the 4- and 16-byte stores stay inside it; what they write
+// past a code point's own bytes is written over by the next ones. The last units go one at a
+// time.
+int encodeUtf8(const KORXWChar* units, int pos, int end, char* out,
+               bool loneSurrogateFails = false) {
     const KORXWChar* p = units + pos;
     const KORXWChar* const last = units + end;
     unsigned char* q = reinterpret_cast<unsigned char*>(out);
+    while (last - p >= 16) {
+        const uint64_t first = loadWord(p);
+        const uint64_t second = loadWord(p + 4);
+        if (((first | second | loadWord(p + 8) | loadWord(p + 12)) & kUnitAboveAscii) == 0) {
+            narrowAscii16(p, q);
+            p += 16;
+            q += 16;
+            continue;
+        }
+        // Most text has no unit from 0xD800, and then needs no closer look.
+        if ((unitsFromD800(first) | unitsFromD800(second)) != 0) {
+            const uint64_t careFirst = unitsNeedingCare(first);
+            const uint64_t careSecond = unitsNeedingCare(second);
+            if ((careFirst | careSecond) != 0) {
+                const int plain =
+                    careFirst != 0
+                        ? korx::detail::LowestSetBit(unitsInTextOrder(careFirst)) >> 4
+                        : 4 + (korx::detail::LowestSetBit(unitsInTextOrder(careSecond)) >> 4);
+                for (int i = 0; i < plain; ++i)
+                    q = encodeGrouped(p[i], q);
+                const Step step = encodeWithCare(p + plain, q);
+                if (loneSurrogateFails && step.units == 1 && korx::detail::IsSurrogate(p[plain]))
+                    return -1;
+                p += plain + step.units;
+                q += step.bytes;
+                continue;
+            }
+        }
+        for (int i = 0; i < 8; ++i)
+            q = encodeGrouped(p[i], q);
+        p += 8;
+    }
     while (p < last) {
         for (auto count = last - p; count > 0 && !korx::detail::IsSurrogate(*p); --count)
             q = encodeBmp(*p++, q);
@@ -232,39 +368,83 @@ int encodeUtf8(const KORXWChar* units, int pos, int end, char* out) {
             break;
         int i = static_cast<int>(p - units);
         uint32_t cp = korx::detail::DecodeUtf16(units, end, i);
-        if (cp == kInvalid)
+        if (cp == kInvalid) {
+            if (loneSurrogateFails)
+                return -1;
             cp = kReplacement;
+        }
         q += korx::detail::EncodeUtf8(cp, q);
         p = units + i;
     }
     return static_cast<int>(q - reinterpret_cast<unsigned char*>(out));
 }
 
-// Utf8Length over units 0 .. n - 1 of a terminated text: every unit counts 1, 2 or 3 bytes and
-// a surrogate 2, so a pair counts 4; the text is valid when each high surrogate is followed by
-// a low one and each low one preceded by a high one. Blocks of up to 8192 units keep the sums in
-// 16 bits, which compilers vectorise eight units at a time.
-int utf8Length(const KORXWChar* units, int n) {
-    constexpr int kBlock = 8192;  // 3 x 8192 fits in 16 bits
-    unsigned int bytes = 0;
-    unsigned int unpaired = korx::detail::IsLowSurrogate(units[0]) ? 1 : 0;
-    for (int i = 0; i < n; i += kBlock) {
-        const int m = std::min(n - i, kBlock);
+// Utf8Length over units from .. to - 1 of a terminated text: every unit counts 1, 2 or 3 bytes
+// and a surrogate 2, so a pair counts 4. With kCheckPairs, unpaired is set unless each high
+// surrogate is followed by a low one (units[to] is read) and each low one after units[from]
+// preceded by a high one. Blocks of up to 8192 units keep the sums in 16 bits, which compilers
+// vectorise eight units at a time.
+constexpr int kCountBlock = 8192;  // 3 x 8192 fits in 16 bits
+
+struct Count {
+    unsigned int bytes;
+    unsigned int unpaired;  // non-zero when not valid
+};
+
+template <bool kCheckPairs> Count countUtf8(const KORXWChar* units, int from, int to) {
+    Count count = {0, 0};
+    for (int i = from; i < to; i += kCountBlock) {
+        const int m = std::min(to - i, kCountBlock);
         uint16_t blockBytes = 0;
         uint16_t blockUnpaired = 0;
         for (int k = i; k < i + m; ++k) {
             const uint16_t unit = units[k];
-            const uint16_t next = units[k + 1];  // at most the terminator
             const bool surrogate = (unit & 0xF800) == 0xD800;
-            const bool high = (unit & 0xFC00) == 0xD800;
-            const bool nextLow = (next & 0xFC00) == 0xDC00;
             blockBytes += static_cast<uint16_t>(1 + (unit >= 0x80) + (unit >= 0x800) - surrogate);
-            blockUnpaired |= static_cast<uint16_t>(high != nextLow);
+            if (kCheckPairs) {
+                const uint16_t next = units[k + 1];  // at most the terminator
+                const bool high = (unit & 0xFC00) == 0xD800;
+                const bool nextLow = (next & 0xFC00) == 0xDC00;
+                blockUnpaired |= static_cast<uint16_t>(high != nextLow);
+            }
         }
-        bytes += blockBytes;
-        unpaired |= blockUnpaired;
+        count.bytes += blockBytes;
+        count.unpaired |= blockUnpaired;
     }
-    return unpaired != 0 ? -1 : static_cast<int>(bytes);
+    return count;
+}
+
+struct Measure {
+    int units;
+    int bytes;
+};
+
+// The units of a padded buffer and the bytes of its UTF-8 form. The terminator scan goes eight
+// units at a time (reading up to a 0 unit is all the padding allows) and notes whether any unit
+// is above ASCII; only then does a second pass count. Equal counts mean ASCII text. With
+// kCheckPairs the bytes are Utf8Length's, -1 for a lone surrogate; without, a lone surrogate
+// counts as half a pair, and the encoder, which looks at every surrogate anyway, finds it.
+// (Counting each block of the scan while it is in the cache was no faster on texts of tens of
+// megabytes, which the last-level cache holds, and the block bound slowed the scan.)
+template <bool kCheckPairs> Measure measureBuffer(const KORXWChar* buffer) {
+    uint64_t seen = 0;
+    int n = 0;
+    for (;;) {
+        const uint64_t first = loadWord(buffer + n);
+        const uint64_t second = loadWord(buffer + n + 4);
+        if ((zeroLanes(first) | zeroLanes(second)) != 0)
+            break;
+        seen |= first | second;
+        n += 8;
+    }
+    for (; buffer[n] != 0; ++n)
+        seen |= buffer[n];
+    if ((seen & kUnitAboveAscii) == 0)
+        return {n, n};
+    const Count count = countUtf8<kCheckPairs>(buffer, 0, n);
+    const bool lone =
+        kCheckPairs && (count.unpaired != 0 || korx::detail::IsLowSurrogate(buffer[0]));
+    return {n, lone ? -1 : static_cast<int>(count.bytes)};
 }
 
 // ---- Units and the C runtime --------------------------------------------------------------
@@ -460,18 +640,19 @@ KORXString::operator const KORXWChar*() const { return m_wideBuffer; }
 KORXString::operator const char*() const {
     if (m_byteForm != nullptr || m_wideBuffer == nullptr)
         return m_byteForm;
-    const BufferScan scan = scanBuffer(m_wideBuffer);
-    const int n = scan.length;
-    const int length = scan.ascii ? n : utf8Length(m_wideBuffer, n);
-    if (length < 0) {
-        // A lone surrogate has no UTF-8 length: the byte form is empty.
-        m_byteForm = new char[1]();
-        return m_byteForm;
-    }
+    const Measure measure = measureBuffer<false>(m_wideBuffer);
+    const int n = measure.units;
+    const int length = measure.bytes;
     char* bytes = new char[static_cast<size_t>(length) + 1];
-    const int written =
-        scan.ascii ? narrowAscii(m_wideBuffer, n, bytes) : encodeUtf8(m_wideBuffer, 0, n, bytes);
-    bytes[written] = '\0';
+    const int written = length == n ? narrowAscii(m_wideBuffer, n, bytes)
+                                    : encodeUtf8(m_wideBuffer, 0, n, bytes, true);
+    if (written < 0) {
+        // A lone surrogate has no UTF-8 length: the byte form is empty.
+        delete[] bytes;
+        bytes = new char[1]();
+    } else {
+        bytes[written] = '\0';
+    }
     m_byteForm = bytes;
     return m_byteForm;
 }
@@ -495,8 +676,7 @@ int KORXString::length() const { return m_wideBuffer != nullptr ? bufferLength(m
 int KORXString::GetLengthInChar() const {
     if (m_wideBuffer == nullptr)
         return 0;
-    const BufferScan scan = scanBuffer(m_wideBuffer);
-    return scan.ascii ? scan.length : utf8Length(m_wideBuffer, scan.length);
+    return measureBuffer<true>(m_wideBuffer).bytes;
 }
 
 bool KORXString::hasSpace() const { return m_wideBuffer != nullptr; }
