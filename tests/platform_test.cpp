@@ -7,6 +7,7 @@
 #include <cstdlib>
 #include <string>
 #include <thread>
+#include <tuple>
 
 using korx::detail::Format;
 using korx::detail::FormatShiftedV;
@@ -14,20 +15,13 @@ using korx::detail::Reformat;
 
 namespace {
 
-std::string Shifted(int* result, const char* format, ...) {
-    char buffer[1024];
-    va_list args;
-    va_start(args, format);
-    *result = FormatShiftedV(buffer, sizeof buffer, format, args);
-    va_end(args);
-    return buffer;
-}
+int g_shiftedResult = 0;  // what the last Shifted call returned
 
 std::string Shifted(const char* format, ...) {
     char buffer[1024];
     va_list args;
     va_start(args, format);
-    FormatShiftedV(buffer, sizeof buffer, format, args);
+    g_shiftedResult = FormatShiftedV(buffer, sizeof buffer, format, args);
     va_end(args);
     return buffer;
 }
@@ -39,29 +33,18 @@ std::string PointerAsInt(const void* p) {
 }  // namespace
 
 TEST(BoundedFormat, ReportsACutTextAsMinusOneAndAlwaysTerminates) {
-    struct Case {
-        size_t textLength;
-        int result;
-        size_t kept;
-    };
-    const Case cases[] = {
-        {1022, 1022, 1022},
-        {1023, 1023, 1023},
-        {1024, -1, 1023},  // no room for the terminator: cut
-        {5000, -1, 1023},
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.textLength);
-        const std::string text(c.textLength, 'x');
+    // text length, result, characters kept
+    const std::tuple<size_t, int, size_t> cases[] = {
+        {1023, 1023, 1023}, {1024, -1, 1023}, {5000, -1, 1023}};  // 1024: no room for the end
+    for (const auto& [length, result, kept] : cases) {
+        const std::string text(length, 'x');
         char buffer[1025];
         buffer[1024] = '#';
-        EXPECT_EQ(Format(buffer, 1024, "%s", text.c_str()), c.result);
-        EXPECT_EQ(std::string(buffer), text.substr(0, c.kept));
-        EXPECT_EQ(buffer[1024], '#');
+        EXPECT_EQ(Format(buffer, 1024, "%s", text.c_str()), result) << length;
+        EXPECT_EQ(std::string(buffer), text.substr(0, kept)) << length;
+        EXPECT_EQ(buffer[1024], '#') << length;
     }
-}
 
-TEST(BoundedFormat, EmptyBufferAndNullFormat) {
     char buffer[4] = {'a', 'b', 'c', '\0'};
     EXPECT_EQ(Format(buffer, 0, "%d", 5), -1);
     EXPECT_STREQ(buffer, "abc");
@@ -70,109 +53,67 @@ TEST(BoundedFormat, EmptyBufferAndNullFormat) {
 }
 
 TEST(SecondPass, TurnsDoubledPercentIntoOneAndCopiesEverythingElse) {
-    struct Case {
-        const char* text;
-        const char* result;
-    };
-    const Case cases[] = {
+    // "% d" in "100% done" looks like a conversion: copied, never formatted.
+    const std::pair<const char*, const char*> cases[] = {
         {"plain", "plain"},
         {"50%%", "50%"},
         {"%%%", "%%"},
-        {"100% done", "100% done"},  // "% d" looks like a conversion: copied, never formatted
+        {"100% done", "100% done"},
         {"%s [%d] %5.2f %n", "%s [%d] %5.2f %n"},
         {"ends with %", "ends with %"},
         {"", ""},
     };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.text);
+    for (const auto& [text, result] : cases) {
         char buffer[64];
-        EXPECT_EQ(Reformat(buffer, sizeof buffer, c.text), static_cast<int>(strlen(c.result)));
-        EXPECT_STREQ(buffer, c.result);
+        EXPECT_EQ(Reformat(buffer, sizeof buffer, text), static_cast<int>(strlen(result))) << text;
+        EXPECT_STREQ(buffer, result);
     }
-}
 
-TEST(SecondPass, PercentSignsSurvivingTheFirstPassAreReadAgain) {
-    char first[64];
-    char second[64];
-    Format(first, sizeof first, "%s at %d%%", "a%%b", 7);
-    EXPECT_STREQ(first, "a%%b at 7%");
-    Reformat(second, sizeof second, first);
-    EXPECT_STREQ(second, "a%b at 7%");
-}
-
-TEST(SecondPass, CutsLongTexts) {
-    const std::string text = std::string(1023, 'y') + "%%" + std::string(4000, 'z');
+    const std::string cut = std::string(1023, 'y') + "%%" + std::string(4000, 'z');
     char buffer[1024];
-    EXPECT_EQ(Reformat(buffer, sizeof buffer, text.c_str()), -1);
+    EXPECT_EQ(Reformat(buffer, sizeof buffer, cut.c_str()), -1);
     EXPECT_EQ(std::string(buffer), std::string(1023, 'y'));
     EXPECT_EQ(Reformat(buffer, sizeof buffer, std::string(1023, 'y').c_str()), 1023);
     EXPECT_EQ(Reformat(buffer, sizeof buffer, nullptr), 0);
 }
 
 TEST(ShiftedFormat, FirstConversionReceivesTheFormatAndLaterOnesShiftByOne) {
-    const char* twoTexts = "%s|%s";
-    EXPECT_EQ(Shifted(twoTexts, "a", "b"), "%s|%s|a");
-
+    EXPECT_EQ(Shifted("%s|%s", "a", "b"), "%s|%s|a");
+    EXPECT_EQ(Shifted("%f %f %f", 1.25, 2.5, 3.75), "0.000000 1.250000 2.500000");
+    EXPECT_EQ(Shifted("100%% %s", "x"), "100% 100%% %s");
+    EXPECT_EQ(Shifted("%y %s"), "%y %y %s");  // not a conversion: kept, and takes nothing
     const char* noArguments = "%d items";
     EXPECT_EQ(Shifted(noArguments), PointerAsInt(noArguments) + " items");
+    const char* star = "%d %*d";  // a '*' width shifts like a value
+    EXPECT_EQ(Shifted(star, 4, 5, 6), PointerAsInt(star) + "    5");
 
-    const char* numbers = "%f %f %f";
-    EXPECT_EQ(Shifted(numbers, 1.25, 2.5, 3.75), "0.000000 1.250000 2.500000");
-
-    const char* withPercent = "100%% %s";
-    EXPECT_EQ(Shifted(withPercent, "x"), "100% 100%% %s");
+    const std::string longFormat = std::string(2000, 'w') + "%s";
+    EXPECT_EQ(Shifted(longFormat.c_str()), std::string(1023, 'w'));
+    EXPECT_EQ(g_shiftedResult, -1);
 }
 
-TEST(ShiftedFormat, ValuesOfAnotherTypeAreRenderedWithoutBeingDereferenced) {
+TEST(ShiftedFormat, ValuesOfAnotherTypeAreNeitherDereferencedNorWrittenThrough) {
     const char* text = "a";
     const char* mixed = "%s %d %s";
     // %d receives the text pointer's low bits; %s receives the integer and never reads it.
-    EXPECT_EQ(Shifted(mixed, text, 5, "b"),
-              std::string(mixed) + " " + PointerAsInt(text) + " (null)");
-
-    const char* wide = "%s %ls";
-    EXPECT_EQ(Shifted(wide, "narrow", L"wide"), std::string(wide) + " (null)");
-}
-
-TEST(ShiftedFormat, StarWidthsShiftLikeValues) {
-    const char* format = "%d %*d";
-    const std::string expected = PointerAsInt(format) + "    5";
-    EXPECT_EQ(Shifted(format, 4, 5, 6), expected);
-}
-
-TEST(ShiftedFormat, NeverWritesThroughPercentN) {
+    EXPECT_EQ(Shifted(mixed, text, 5, "b"), "%s %d %s " + PointerAsInt(text) + " (null)");
+    EXPECT_EQ(Shifted("%s %ls", "narrow", L"wide"), "%s %ls (null)");
     int target = 42;
-    const char* format = "%s%n";
-    EXPECT_EQ(Shifted(format, &target, &target), format);
+    EXPECT_EQ(Shifted("%s%n", &target, &target), "%s%n");
     EXPECT_EQ(target, 42);
 }
 
-TEST(ShiftedFormat, KeepsWhatIsNotAConversionAndCutsLongTexts) {
-    const char* unknown = "%y %s";
-    EXPECT_EQ(Shifted(unknown), "%y %y %s");
-
-    const std::string longFormat = std::string(2000, 'w') + "%s";
-    int result = 0;
-    EXPECT_EQ(Shifted(&result, longFormat.c_str()), std::string(1023, 'w'));
-    EXPECT_EQ(result, -1);
-}
-
 TEST(PrecisionAndDouble, EachConversionTakesTheNextArgumentFromItsBits) {
-    struct Case {
-        const char* format;
-        const char* text;
-    };
-    const Case cases[] = {
+    const std::pair<const char*, const char*> cases[] = {
         {"%.*f", "1.500"},
         {"%lf", "0.000000"},           // reads the precision's bits as a double
         {"%d %f %d", "3 1.500000 0"},  // nothing left for the last one: zero
         {"%s", "(null)"},              // never dereferenced
     };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.format);
+    for (const auto& [format, text] : cases) {
         char buffer[64];
-        korx::detail::FormatPrecisionAndDouble(buffer, sizeof buffer, c.format, 3, 1.5);
-        EXPECT_STREQ(buffer, c.text);
+        korx::detail::FormatPrecisionAndDouble(buffer, sizeof buffer, format, 3, 1.5);
+        EXPECT_STREQ(buffer, text) << format;
     }
 }
 

@@ -4,31 +4,23 @@
 
 #include <tuple>
 
-namespace {
-
-testing::Message Hex(long code) { return testing::Message() << std::hex << std::showbase << code; }
-
-}  // namespace
-
 TEST(ResultCode, SplitsIntoNumberDomainAndCriticityAndKeepsAll32Bits) {
     const std::tuple<long, int, int, int> cases[] = {
-        {0x3A5BEEF, 0xBEEF, 0xA5, 3},
-        {0x200FFFF, 0xFFFF, 0, 2},
-        {0xF1020304, 0x304, 2, 1},  // bits 28-31 belong to no field
+        {0x3A5BEEF, 0xBEEF, 0xA5, 3}, {0xF1020304, 0x304, 2, 1},  // bits 28-31 belong to no field
     };
     for (const auto& [code, number, domain, criticity] : cases) {
         const KORIResult r(code);
         EXPECT_EQ(std::make_tuple(r.GetNumber(), r.GetDomain(), r.GetCriticity(), long(r)),
-                  std::make_tuple(number, domain, criticity, code))
-            << Hex(code);
+                  std::make_tuple(number, domain, criticity, code));
     }
     EXPECT_TRUE(KORIResult() == 0x3000006);
     EXPECT_TRUE(KORIResult::E_FAIL_RESULT == 0x1000001u);
     EXPECT_TRUE(KORIResult(0x1000002) != KORIResult::E_FAIL_RESULT);
 }
 
-TEST(ResultMessage, NamesEveryKnownCodeAndNoOther) {
-    const std::pair<long, const char*> cases[] = {
+TEST(ResultMessage, NamesTheKnownCodesAndNoOther) {
+    // Every text is checked: hosts show them to users as they are.
+    const std::pair<long, const char*> known[] = {
         {0x0000000, "Success"},
         {0x0000001, "Partial Success"},
         {0x0000002, "No Entity to Translate"},
@@ -49,13 +41,12 @@ TEST(ResultMessage, NamesEveryKnownCodeAndNoOther) {
         {0x1000015, "Invalid file"},
         {0x2000003, "Aborted"},
         {0x3000006, "Undetermined"},
-        {0x1000008, "Unknown Result"},  // "option not defined" has no message of its own
-        {0x0000003, "Unknown Result"},
-        {0x1010001, "Unknown Result"},
-        {0x11000001, "Unknown Result"},
     };
-    for (const auto& [code, message] : cases)
-        EXPECT_STREQ(KORIResult(code).GetMessage(), message) << Hex(code);
+    for (const auto& [code, message] : known)
+        EXPECT_STREQ(KORIResult(code).GetMessage(), message) << std::hex << code;
+    // "Option not defined" (0x1000008) has no message of its own.
+    for (long code : {0x1000008L, 0x0000003L, 0x1010001L, 0x11000001L})
+        EXPECT_STREQ(KORIResult(code).GetMessage(), "Unknown Result") << std::hex << code;
 }
 
 TEST(ResultPredicates, ClassifyByCriticityAndTheSpecialCodes) {
@@ -74,7 +65,7 @@ TEST(ResultPredicates, ClassifyByCriticityAndTheSpecialCodes) {
         EXPECT_EQ(Row(r.IsSuccess(), r.IsCompleteSuccess(), r.IsPartialSuccess(), r.IsFailure(),
                       r.IsDeterminedFailure(), r.IsUndetermined(), r.GetReturnCode()),
                   row)
-            << Hex(code);
+            << std::hex << code;
     }
     EXPECT_EQ(std::make_pair(KORIResult::GetReturnCode(true), KORIResult::GetReturnCode(false)),
               std::make_pair(1, 0));
@@ -82,43 +73,30 @@ TEST(ResultPredicates, ClassifyByCriticityAndTheSpecialCodes) {
     EXPECT_STREQ(KORIResult::GetOKKOString(false), "KO");
 }
 
-namespace {
-
-// A representative of each kind (success, partial, undetermined, failure) on each side, the
-// two sides different where possible so that the outcome tells which one was kept.
-constexpr long kLeft[] = {0x0000000, 0x0000001, 0x3000006, 0x100000D};
-constexpr long kRight[] = {0x0010000, 0x0000001, 0x3000006, 0x2000003};
-
-// Rows: the left kind, columns: the right kind. 'a' keeps the left side, 'b' takes the right
-// one, 'p' stores "Partial Success".
-void CheckTable(const char* const (&table)[4], KORIResult& (KORIResult::*combine)(KORIResult)) {
-    for (int a = 0; a < 4; ++a) {
-        for (int b = 0; b < 4; ++b) {
-            const char outcome = table[a][b];
-            KORIResult left(kLeft[a]);
-            EXPECT_EQ(&(left.*combine)(KORIResult(kRight[b])), &left);
-            EXPECT_EQ(long(left), outcome == 'a'   ? kLeft[a]
-                                  : outcome == 'b' ? kRight[b]
-                                                   : 1)
-                << Hex(kLeft[a]) << " with " << Hex(kRight[b]);
+TEST(ResultCombination, AndAndOrFollowTheirTables) {
+    // One code of each kind (success, partial, undetermined, failure) per side, the sides
+    // different where possible. A cell: 'a' keeps the left code, 'b' takes the right one, 'p'
+    // stores "Partial Success". An undetermined left side beside a partial one stays as it is.
+    constexpr long left[] = {0x0000000, 0x0000001, 0x3000006, 0x100000D};
+    constexpr long right[] = {0x0010000, 0x0000001, 0x3000006, 0x2000003};
+    const std::pair<KORIResult& (KORIResult::*)(KORIResult), const char*> tables[] = {
+        {&KORIResult::operator&=, "abbb aabb aaab aaaa"},
+        {&KORIResult::operator|=, "appp aaaa paab ppaa"},
+    };
+    for (const auto& [combine, table] : tables) {
+        for (int a = 0; a < 4; ++a) {
+            for (int b = 0; b < 4; ++b) {
+                KORIResult r(left[a]);
+                EXPECT_EQ(&(r.*combine)(KORIResult(right[b])), &r);
+                const char cell = table[5 * a + b];
+                const long expected = cell == 'a' ? left[a] : cell == 'b' ? right[b] : 1;
+                EXPECT_EQ(long(r), expected) << table << ": " << a << " with " << b;
+            }
         }
     }
-}
-
-}  // namespace
-
-TEST(ResultCombination, AndKeepsAFailureAndOtherwiseTheLessSuccessfulSide) {
-    CheckTable({"abbb", "aabb", "aaab", "aaaa"}, &KORIResult::operator&=);
-
-    // A success takes "No Entity to Translate" (2), which in turn keeps itself.
-    const std::tuple<long, long> toTwo[] = {{0, 2}, {0x30000, 2}, {2, 0}, {2, 0x30000}};
-    for (const auto& [a, b] : toTwo) {
+    // With &=, a success takes "No Entity to Translate" (2), which in turn keeps itself.
+    for (const auto& [a, b] : {std::pair(0x30000L, 2L), std::pair(2L, 0L)}) {
         KORIResult r(a);
-        EXPECT_EQ(long(r &= KORIResult(b)), 2) << Hex(a) << " with " << Hex(b);
+        EXPECT_EQ(long(r &= KORIResult(b)), 2) << a << " with " << b;
     }
-}
-
-TEST(ResultCombination, OrMakesASuccessBesideAnythingElseAPartialSuccess) {
-    // An undetermined left side beside a partial success stays undetermined.
-    CheckTable({"appp", "aaaa", "paab", "ppaa"}, &KORIResult::operator|=);
 }

@@ -1,5 +1,4 @@
 #include <korx/Gk_Exception.h>
-#include <korx/KORXEventBus.h>
 #include <korx/KORXFileDescriptor.h>
 #include <korx/KORXStream.h>
 
@@ -9,40 +8,19 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
 #include <functional>
 #include <iterator>
 #include <memory>
 #include <string>
-#include <vector>
+#include <tuple>
 
 #include <fcntl.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
+#include "support/event_recorder.h"
+
 namespace {
-
-// A fresh directory under the test's temporary folder, removed with its entries.
-class TempDir {
-public:
-    TempDir() : m_path(testing::TempDir() + "korx_streams_XXXXXX") {
-        if (mkdtemp(m_path.data()) == nullptr)
-            ADD_FAILURE() << "no temporary directory";
-    }
-    ~TempDir() {
-        std::error_code ignored;
-        std::filesystem::remove_all(m_path, ignored);
-    }
-    std::string Path(const char* name) const { return m_path + "/" + name; }
-    std::string Write(const char* name, const std::string& bytes) const {
-        FILE* file = fopen(Path(name).c_str(), "wb");
-        fwrite(bytes.data(), 1, bytes.size(), file);
-        fclose(file);
-        return Path(name);
-    }
-
-private:
-    std::string m_path;
-};
 
 std::string SampleBytes(long n) {
     std::string bytes;
@@ -57,77 +35,39 @@ std::string Read(KORXInputStream& in, int n) {
     return bytes;
 }
 
-std::string Collected(const KORXStringOutputStream& out) {
-    return std::string(out.contents(), static_cast<size_t>(out.len()));
+// "name: message" of each event the recorder saw, one a line.
+std::string Seen(const EventRecorder& recorder) {
+    std::string seen;
+    for (const RecordedEvent& e : recorder.events)
+        seen += e.name + ": " + e.message + "\n";
+    return seen;
 }
 
-// Records "name: message" of the assert events sent while it is registered.
-class AssertRecorder : public KORXEventListener {
-public:
-    AssertRecorder() { KORXEventBus::GetEventBus().AddListener(this); }
-    ~AssertRecorder() override { KORXEventBus::GetEventBus().RemoveListener(this); }
-    void HandleEvent(KORXEvent& event) override {
-        if (const auto* assertion = dynamic_cast<KORXAssertEvent*>(&event))
-            seen.push_back(std::string(event.GetName()) + ": " +
-                           (assertion->GetMessage() ? assertion->GetMessage() : "(none)"));
-    }
-    std::vector<std::string> seen;
-};
-
-// Serves `size` bytes, then answers `atEnd` (0 or -1). After 100 reads it fails, so a skip
-// that ignores the end stops anyway and the test reports it.
-class ScriptedStream : public KORXInputStream {
-public:
-    ScriptedStream(int size, int atEnd) : m_left(size), m_atEnd(atEnd) {}
+// A base stream whose reads fail; after 100 of them it reads 0, so a runaway skip still ends.
+struct FailingStream : KORXInputStream {
     KORXInputStream* duplicate() override { return nullptr; }
-    int read(char* const, int n) override {
-        reads.push_back(n);
-        const int got = std::min(n, m_left);
-        m_left -= got;
-        return reads.size() > 100 ? -1 : (got > 0 ? got : m_atEnd);
-    }
-    std::vector<int> reads;
-
-private:
-    int m_left;
-    int m_atEnd;
+    int read(char* const, int) override { return ++reads > 100 ? 0 : -1; }
+    int reads = 0;
 };
-
-long OpenDescriptorCount() {
-    using Entries = std::filesystem::directory_iterator;
-    return std::distance(Entries("/proc/self/fd"), Entries());
-}
 
 }  // namespace
 
-TEST(InputStream, SkipReadsInScratchChunksAndStopsAtTheEnd) {
-    struct Case {
-        int size, atEnd;
-        long n, skipped;
-        std::vector<int> reads;
-    };
-    const Case cases[] = {
-        {100, 0, 0, 0, {}},  // skip(0) reads nothing
-        {100, 0, -5, 0, {}},
-        {20000, 0, 20000, 20000, {8192, 8192, 3616}},
-        {100, 0, 20000, 100, {8192, 8192}},  // a read of 0 ends it
-        {0, -1, 10, 0, {10}},                // so does a failure
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.n);
-        ScriptedStream in(c.size, c.atEnd);
-        EXPECT_EQ(in.skip(c.n), c.skipped);
-        EXPECT_EQ(in.reads, c.reads);
-    }
+TEST(InputStream, SkipReadsUntilTheEndOrAFailure) {
+    KORXStringInputStream text(Gk_String(std::string(20000, 'x').c_str()));
+    EXPECT_EQ(text.skip(30000), 20000);  // several reads, up to the terminator
+    FailingStream failing;
+    EXPECT_EQ(failing.skip(10), 0);
+    EXPECT_EQ(failing.reads, 1);
 }
 
 TEST(InputStream, UnsupportedOperationsRaiseIOException) {
-    ScriptedStream base(10, 0);
+    FailingStream base;
     KORXStringInputStream text("abc");
+    KORXFilterInputStream alone(nullptr);  // answers as the base stream
     const std::function<void()> operations[] = {
         [&] { base.available(); },        [&] { base.add(Gk_String("a")); },
         [&] { base.getCurrentOffset(); }, [&] { base.setOffset(3); },
-        [&] { text.getCurrentOffset(); },
+        [&] { text.getCurrentOffset(); }, [&] { alone.available(); },
     };
     for (const auto& operation : operations) {
         try {
@@ -137,90 +77,78 @@ TEST(InputStream, UnsupportedOperationsRaiseIOException) {
             EXPECT_STREQ(e.token(), "Gk_IOException");
         }
     }
-}
-
-TEST(StringInputStream, AvailableAnswersYesOrNoAndReadCharMinusOneAtTheEnd) {
-    KORXStringInputStream in("ab");
-    EXPECT_EQ(in.available(), 1);
-    EXPECT_EQ(Read(in, 10), "ab");
-    EXPECT_EQ(in.available(), 0);
-    EXPECT_EQ(Read(in, 10), "");
-    EXPECT_EQ(in.readChar(), -1);
-    EXPECT_EQ(KORXStringInputStream("abcdef").available(), 1);
-    EXPECT_EQ(KORXStringInputStream("\xFF").readChar(), 0xFF);  // not taken for the end
+    EXPECT_EQ(std::make_tuple(alone.readChar(), alone.skip(10), alone.duplicate()),
+              std::make_tuple(-1, 0L, nullptr));
 }
 
 TEST(StringInputStream, PositionFollowsReadAddAndSkip) {
-    struct Case {
-        int read, back;
-        long skip, skipped;
-        std::string contents;
+    // read, bytes added back, skip, skipped, the rest, available afterwards
+    const std::tuple<int, int, long, long, std::string, int> cases[] = {
+        {4, 1, 0, 0, "def", 1},     // available answers yes or no, not a count
+        {2, 5, 0, 0, "abcdef", 1},  // add stops at the start
+        {0, 0, 4, 4, "ef", 1},
+        {1, 0, 100, 5, "", 0},  // skip stops at the end
     };
-    const Case cases[] = {
-        {2, 0, 0, 0, "cdef"}, {4, 1, 0, 0, "def"}, {2, 5, 0, 0, "abcdef"},  // add stops at 0
-        {0, 0, 4, 4, "ef"},   {1, 0, 100, 5, ""},                           // skip past the end
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(testing::Message() << c.read << " " << c.back << " " << c.skip);
+    for (const auto& [read, back, skip, skipped, rest, available] : cases) {
         KORXStringInputStream in("abcdef");
-        Read(in, c.read);
-        EXPECT_TRUE(in.add(Gk_String(std::string(c.back, 'x').c_str(), c.back)));
-        EXPECT_EQ(in.skip(c.skip), c.skipped);
-        EXPECT_EQ(std::string(in.contents(), in.contents().len()), c.contents + '\0');
+        EXPECT_EQ(Read(in, read), std::string("abcdef").substr(0, read));
+        EXPECT_TRUE(in.add(Gk_String(std::string(back, 'x').c_str(), back)));
+        EXPECT_EQ(in.skip(skip), skipped);
+        EXPECT_EQ(std::string(in.contents(), in.contents().len()), rest + '\0');
+        EXPECT_EQ(in.available(), available) << read << " " << back << " " << skip;
     }
+    EXPECT_EQ(KORXStringInputStream("").readChar(), -1);
+    EXPECT_EQ(KORXStringInputStream("\xFF").readChar(), 0xFF);  // not taken for the end
 }
 
 TEST(StringInputStream, MalformedTextAndDuplicateRaiseTheAssertion) {
     const std::string at = "KORXAssertEvent: source_stream/ind/KORXStringInputStream ";
-    struct Case {
-        Gk_String text;
-        bool duplicate;
-        std::string read;
-        std::vector<std::string> seen;
+    const std::tuple<Gk_String, std::string, std::string> cases[] = {
+        {Gk_String("ab", 2), "a", at + "[29]\n"},  // the last byte stands for the 0
+        {Gk_String(), "", at + "[29]\n"},
+        {Gk_String("ab"), "ab", ""},
     };
-    const Case cases[] = {
-        {Gk_String("ab", 2), false, "a", {at + "[29]"}},  // the last byte stands for the 0
-        {Gk_String(), false, "", {at + "[29]"}},
-        {Gk_String("ab"), false, "ab", {}},
-        {Gk_String("ab"), true, "ab", {at + "[36]"}},
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.read);
-        AssertRecorder recorder;
-        KORXStringInputStream in(c.text);
-        if (c.duplicate) {
-            EXPECT_EQ(in.duplicate(), nullptr);
-        }
-        EXPECT_EQ(Read(in, 10), c.read);
-        EXPECT_EQ(recorder.seen, c.seen);
+    for (const auto& [text, read, seen] : cases) {
+        EventRecorder recorder;
+        KORXStringInputStream in(text);
+        EXPECT_EQ(Read(in, 10), read);
+        EXPECT_EQ(Seen(recorder), seen);
     }
+    EventRecorder recorder;
+    EXPECT_EQ(KORXStringInputStream("ab").duplicate(), nullptr);
+    EXPECT_EQ(Seen(recorder), at + "[36]\n");
 }
 
-TEST(StringOutputStream, CollectsBytesWithoutTerminator) {
+TEST(StringOutputStream, CollectsBytesWithoutTerminatorAlsoThroughAFilter) {
     KORXStringOutputStream out;
     EXPECT_EQ(out.contents(), nullptr);
-    out.write("ab", 2);
-    out.writeChar('c');
-    EXPECT_EQ(Collected(out), "abc");
+    KORXFilterOutputStream filter(&out);
+    filter.writeChar('a');
+    filter.write("bc", 2);
+    EXPECT_EQ(std::string(out.contents(), out.len()), "abc");
     out.chop(0);
-    EXPECT_EQ(Collected(out), std::string("a", 2));
+    EXPECT_EQ(std::string(out.contents(), out.len()), std::string("a", 2));
 }
 
 class FileStreams : public testing::Test {
 protected:
-    TempDir dir;
-    const std::string sample = dir.Write("sample", SampleBytes(1000));
+    void TearDown() override { std::filesystem::remove_all(dir); }
+    std::string Path(const char* name) const { return dir + "/" + name; }
+    std::string Write(const char* name, const std::string& bytes) const {
+        std::ofstream(Path(name), std::ios::binary) << bytes;
+        return Path(name);
+    }
+
+    const std::string dir = mkdtemp((testing::TempDir() + "korx_streams_XXXXXX").data());
+    const std::string sample = Write("sample", SampleBytes(1000));
 };
 
-TEST_F(FileStreams, PositionsAgreeWhetherFollowingTheDescriptorOrKeptPrivately) {
-    struct Step {
-        std::function<long(KORXInputStream&)> action;
-        long result, offset;
-    };
-    const Step steps[] = {
+TEST_F(FileStreams, PositionsAgreeWhetherFollowingTheDescriptorKeptPrivatelyOrFiltered) {
+    using Action = std::function<long(KORXInputStream&)>;
+    // action, its result, the position afterwards
+    const std::tuple<Action, long, long> steps[] = {
         {[](KORXInputStream& in) { return Read(in, 10) == SampleBytes(10); }, 1, 10},
         {[](KORXInputStream& in) { return in.skip(5); }, 15, 15},  // the new position
-        {[](KORXInputStream& in) { return in.skip(0); }, 15, 15},
         {[](KORXInputStream& in) { return in.add(Gk_String("ab")); }, 1, 12},
         {[](KORXInputStream& in) { return in.readChar(); }, SampleBytes(13)[12], 13},
         {[](KORXInputStream& in) { return in.add(Gk_String(std::string(20, 'x').c_str())); }, 1, 0},
@@ -228,19 +156,21 @@ TEST_F(FileStreams, PositionsAgreeWhetherFollowingTheDescriptorOrKeptPrivately) 
         {[](KORXInputStream& in) { return static_cast<long>(Read(in, 50).size()); }, 10, 1000},
         {[](KORXInputStream& in) { return in.readChar(); }, -1, 1000},
         {[](KORXInputStream& in) { return in.skip(100); }, 1100, 1100},
-        {[](KORXInputStream& in) { return static_cast<long>(Read(in, 5).size()); }, 0, 1100},
         {[](KORXInputStream& in) { return in.available(); }, -100, 1100},
     };
     std::string backslashed = sample;  // '\' separates like '/'
     std::replace(backslashed.begin(), backslashed.end(), '/', '\\');
-    KORXFileInputStream following(backslashed.c_str());
-    KORXFileInputStream origin(sample.c_str());
+    KORXFileInputStream following(backslashed.c_str()), origin(sample.c_str()),
+        inner(sample.c_str());
     std::unique_ptr<KORXInputStream> keeping(origin.duplicate());
-    for (KORXInputStream* in : {static_cast<KORXInputStream*>(&following), keeping.get()}) {
+    KORXFilterInputStream filter(&inner);
+    const std::pair<const char*, KORXInputStream*> streams[] = {
+        {"following", &following}, {"private", keeping.get()}, {"filter", &filter}};
+    for (const auto& [name, in] : streams) {
         for (size_t i = 0; i < std::size(steps); ++i) {
-            SCOPED_TRACE(testing::Message() << (in == &following ? "following " : "private ") << i);
-            EXPECT_EQ(steps[i].action(*in), steps[i].result);
-            EXPECT_EQ(in->getCurrentOffset(), steps[i].offset);
+            const auto& [action, result, offset] = steps[i];
+            EXPECT_EQ(action(*in), result) << name << " " << i;
+            EXPECT_EQ(in->getCurrentOffset(), offset) << name << " " << i;
         }
     }
 }
@@ -248,9 +178,10 @@ TEST_F(FileStreams, PositionsAgreeWhetherFollowingTheDescriptorOrKeptPrivately) 
 TEST_F(FileStreams, DuplicatesReadTheFileIndependently) {
     auto original = std::make_unique<KORXFileInputStream>(sample.c_str());
     original->skip(100);
-    std::unique_ptr<KORXInputStream> first(original->duplicate());
+    // A filter over a duplicate, which it owns.
+    std::unique_ptr<KORXInputStream> first(KORXFilterInputStream(original.get()).duplicate());
+    ASSERT_TRUE(first);
     EXPECT_EQ(Read(*first, 10), SampleBytes(110).substr(100));
-    EXPECT_EQ(original->getCurrentOffset(), 100);
     std::unique_ptr<KORXInputStream> second(first->duplicate());
     EXPECT_EQ(Read(*original, 20), SampleBytes(120).substr(100));
     original.reset();  // the descriptor stays open for the others
@@ -259,98 +190,53 @@ TEST_F(FileStreams, DuplicatesReadTheFileIndependently) {
 }
 
 TEST_F(FileStreams, UnopenableFilesReportFailureWithoutCrashing) {
-    const std::string unreadable = dir.Write("unreadable", "secret");
-    chmod(unreadable.c_str(), 0);
-    mkdir(dir.Path("folder").c_str(), 0700);
-    for (const std::string& path : {dir.Path("missing"), dir.Path("folder"), unreadable}) {
-        SCOPED_TRACE(path);
-        if (path == unreadable && geteuid() == 0)
-            continue;  // root reads it anyway
+    std::filesystem::create_directory(Path("folder"));
+    for (const std::string& path : {Path("missing"), Path("folder")}) {
         KORXFileInputStream in(path.c_str());
         char buffer[8];
-        EXPECT_EQ(in.read(buffer, 8), -1);
-        EXPECT_EQ(in.readChar(), -1);
-        EXPECT_EQ(in.getCurrentOffset(), -1);
-        EXPECT_EQ(in.available(), 0);
+        EXPECT_EQ(in.read(buffer, 8), -1) << path;
+        EXPECT_EQ(std::make_pair(in.getCurrentOffset(), in.available()), std::make_pair(-1L, 0));
         std::unique_ptr<KORXInputStream> copy(in.duplicate());
-        EXPECT_EQ(copy->read(buffer, 8), -1);
+        EXPECT_EQ(copy->read(buffer, 8), -1) << path;
     }
-    KORXFileOutputStream(dir.Path("missing/file").c_str()).write("abc", 3);
-    KORXFileOutputStream(dir.Path("folder").c_str()).write("abc", 3);
+    KORXFileOutputStream(Path("missing/file").c_str()).write("abc", 3);
+    KORXFileOutputStream(Path("folder").c_str()).write("abc", 3);
 }
 
-TEST_F(FileStreams, BlocksWrittenAreReadBackAndReplaceTheOldContent) {
-    constexpr int kBlock = 64 * 1024;
-    const std::string path = dir.Write("blocks", std::string(kBlock * 5, 'x'));
-    const std::string written = SampleBytes(kBlock * 4 + 3).substr(3);
+TEST_F(FileStreams, WritesFollowEachOtherAndReplaceTheOldContent) {
+    const std::string path = Write("big", std::string(400000, 'x')), written = SampleBytes(300000);
     {
         KORXFileOutputStream out(path.c_str());
-        for (int b = 0; b < 4; ++b)
-            out.write(written.data() + b * kBlock, kBlock);
+        out.write(written.data(), 100000);
+        out.write(written.data() + 100000, 200000);
     }
     KORXFileInputStream in(path.c_str());
-    EXPECT_EQ(in.available(), kBlock * 4);
-    for (int b = 0; b < 4; ++b)
-        EXPECT_TRUE(Read(in, kBlock) == written.substr(b * kBlock, kBlock)) << "block " << b;
-    EXPECT_EQ(in.readChar(), -1);
+    EXPECT_EQ(in.available(), 300000);
+    EXPECT_TRUE(Read(in, 400000) == written);
 }
 
 TEST_F(FileStreams, OnlyDescriptorsOpenedFromAPathAreClosed) {
-    const long before = OpenDescriptorCount();
+    using Entries = std::filesystem::directory_iterator;
+    const auto openCount = [] { return std::distance(Entries("/proc/self/fd"), Entries()); };
+    const long before = openCount();
     {
         KORXFileInputStream in(sample.c_str());
         std::unique_ptr<KORXInputStream> copy(in.duplicate());
-        EXPECT_EQ(OpenDescriptorCount(), before + 1);
+        EXPECT_EQ(openCount(), before + 1);
     }
-    EXPECT_EQ(OpenDescriptorCount(), before);
+    EXPECT_EQ(openCount(), before);
 
     const int number = open(sample.c_str(), O_RDONLY);
     KORXFileDescriptorHandle(new KORXFileDescriptor(number, 1));
-    EXPECT_NE(fcntl(number, F_GETFD), -1);
-    close(number);
+    EXPECT_EQ(close(number), 0);  // still open
 
-    FILE* file = fopen(dir.Path("file").c_str(), "w+");
+    FILE* file = fopen(Path("file").c_str(), "w+");
     fputs("12", file);  // still in the FILE's buffer: it must land before the stream's bytes
     KORXFileOutputStream(file).write("abc", 3);
-    ASSERT_NE(fcntl(fileno(file), F_GETFD), -1);
     rewind(file);
     EXPECT_EQ(fgetc(file), '1');  // the FILE reads ahead; the stream starts where it stands
     EXPECT_EQ(KORXFileInputStream(file).readChar(), '2');
     fclose(file);
-    KORXFileInputStream check(dir.Path("file").c_str());
+    KORXFileInputStream check(Path("file").c_str());
     EXPECT_EQ(Read(check, 10), "12abc");
-}
-
-TEST_F(FileStreams, FiltersForwardEveryOperation) {
-    KORXFileInputStream inner(sample.c_str());
-    KORXFileInputStream twin(sample.c_str());
-    KORXFilterInputStream filter(&inner);
-    const std::function<long(KORXInputStream&)> operations[] = {
-        [](KORXInputStream& in) { return static_cast<long>(Read(in, 7).size()); },
-        [](KORXInputStream& in) { return in.readChar(); },
-        [](KORXInputStream& in) { return in.skip(30); },
-        [](KORXInputStream& in) { return in.add(Gk_String("abc")); },
-        [](KORXInputStream& in) { return in.available(); },
-        [](KORXInputStream& in) { return in.setOffset(500), in.getCurrentOffset(); },
-    };
-    for (const auto& operation : operations) {
-        EXPECT_EQ(operation(filter), operation(twin));
-        EXPECT_EQ(inner.getCurrentOffset(), twin.getCurrentOffset());
-    }
-    std::unique_ptr<KORXInputStream> copy(filter.duplicate());
-    ASSERT_TRUE(copy);
-    EXPECT_EQ(Read(*copy, 4), SampleBytes(504).substr(500));
-    EXPECT_EQ(filter.getCurrentOffset(), 500);
-
-    KORXStringOutputStream collected;
-    KORXFilterOutputStream out(&collected);
-    out.writeChar('a');
-    out.write("bc", 2);
-    EXPECT_EQ(Collected(collected), "abc");
-
-    KORXFilterInputStream alone(nullptr);  // answers as the base stream
-    EXPECT_EQ(alone.readChar(), -1);
-    EXPECT_EQ(alone.skip(10), 0);
-    EXPECT_EQ(alone.duplicate(), nullptr);
-    EXPECT_THROW(alone.available(), Gk_Exception);
 }
