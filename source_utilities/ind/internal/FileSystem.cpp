@@ -4,7 +4,9 @@
 #include <random>
 #include <vector>
 
+#include <fcntl.h>
 #include <sys/stat.h>
+#include <sys/types.h>
 #include <unistd.h>
 
 namespace korx::detail {
@@ -25,10 +27,12 @@ std::string osPath(const char* path) {
     return text;
 }
 
-bool isDirectory(FILE* file) {
+bool isDirectory(int number) {
     struct stat info {};
-    return ::fstat(::fileno(file), &info) == 0 && S_ISDIR(info.st_mode);
+    return ::fstat(number, &info) == 0 && S_ISDIR(info.st_mode);
 }
+
+bool isDirectory(FILE* file) { return isDirectory(::fileno(file)); }
 
 bool namesSomething(const std::string& path) {
     struct stat info {};
@@ -83,6 +87,64 @@ bool UnusedPathName(const char* directory, const char* prefix, std::string& out)
         }
     }
     return false;
+}
+
+// ---- Descriptors ------------------------------------------------------------------------------
+
+namespace {
+
+template <class Call> long retried(Call call) {
+    ssize_t result = 0;
+    do {
+        result = call();
+    } while (result < 0 && errno == EINTR);
+    return result < 0 ? -1 : static_cast<long>(result);
+}
+
+}  // namespace
+
+int OpenDescriptor(const char* path, bool forWriting) {
+    if (path == nullptr)
+        return -1;
+    const std::string name = osPath(path);
+    if (forWriting)
+        return ::open(name.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
+    const int number = ::open(name.c_str(), O_RDONLY | O_CLOEXEC);
+    // POSIX opens a directory for reading; the library treats a directory as not openable.
+    if (number >= 0 && isDirectory(number)) {
+        ::close(number);
+        return -1;
+    }
+    return number;
+}
+
+void CloseDescriptor(int number) { ::close(number); }
+
+int DescriptorOfFile(FILE* file) { return ::fileno(file); }
+
+long ReadDescriptor(int number, char* buffer, size_t n, long offset) {
+    return retried([&] {
+        return offset < 0 ? ::read(number, buffer, n)
+                          : ::pread(number, buffer, n, static_cast<off_t>(offset));
+    });
+}
+
+long WriteDescriptor(int number, const char* buffer, size_t n, long offset) {
+    return retried([&] {
+        return offset < 0 ? ::write(number, buffer, n)
+                          : ::pwrite(number, buffer, n, static_cast<off_t>(offset));
+    });
+}
+
+long SeekDescriptor(int number, long offset, bool fromCurrent) {
+    const off_t position =
+        ::lseek(number, static_cast<off_t>(offset), fromCurrent ? SEEK_CUR : SEEK_SET);
+    return position < 0 ? -1 : static_cast<long>(position);
+}
+
+long DescriptorSize(int number) {
+    struct stat info {};
+    return ::fstat(number, &info) == 0 ? static_cast<long>(info.st_size) : -1;
 }
 
 }  // namespace korx::detail
