@@ -5,6 +5,7 @@
 #include <cstdarg>
 #include <cstring>
 #include <memory>
+#include <type_traits>
 
 #include "internal/Platform.h"
 #include "internal/ValueText.h"
@@ -81,11 +82,11 @@ void KORXStreamFormatterPtr::dump(KORXStreamFormatter& formatter) const {
 // ---- Formatter --------------------------------------------------------------------------------
 
 KORXStreamFormatter::KORXStreamFormatter(KORXOutputStream* out)
-    : m_out(out), m_doubleFormat(kDoubleFormat), m_intFormat(kIntFormat),
-      m_uintFormat(kUIntFormat), m_ulongFormat(kULongFormat), m_longFormat(kLongFormat),
-      m_withPrecision(false), m_precision(kDefaultPrecision), m_buffer(),
-      m_margin(new KORXStreamFormatterMargin(this)), m_space(new KORXStreamFormatterSpace()),
-      m_endline(new KORXStreamFormatterEndline()), m_empty(new KORXStreamFormatterObject("")) {}
+    : m_out(out), m_doubleFormat(kDoubleFormat), m_intFormat(kIntFormat), m_uintFormat(kUIntFormat),
+      m_ulongFormat(kULongFormat), m_longFormat(kLongFormat), m_withPrecision(false),
+      m_precision(kDefaultPrecision), m_buffer(), m_margin(new KORXStreamFormatterMargin(this)),
+      m_space(new KORXStreamFormatterSpace()), m_endline(new KORXStreamFormatterEndline()),
+      m_empty(new KORXStreamFormatterObject("")) {}
 
 KORXStreamFormatter::KORXStreamFormatter(const KORXStreamFormatter& other) = default;
 
@@ -169,11 +170,27 @@ void KORXStreamFormatter::writeBytes(const char* bytes, int n) {
         m_out->write(const_cast<char*>(bytes), n);
 }
 
-// Formats into the scratch buffer (cut at its size) and writes what it holds.
+// Formats into the scratch buffer (cut at its size) and writes what it holds. The value is
+// passed with the width the format's conversion reads, so a format never reads an argument of
+// another size.
 template <class Value> void KORXStreamFormatter::dumpNumber(const char* format, Value value) {
     if (m_out == nullptr || format == nullptr)
         return;
-    korx::detail::Format(m_buffer, sizeof m_buffer, format, value);
+    constexpr bool kSigned = std::is_signed_v<Value>;
+    using Int = std::conditional_t<kSigned, int, unsigned int>;
+    using Long = std::conditional_t<kSigned, long, unsigned long>;
+    using LongLong = std::conditional_t<kSigned, long long, unsigned long long>;
+    switch (argumentWidth(format)) {
+    case ArgumentWidth::Int:
+        korx::detail::Format(m_buffer, sizeof m_buffer, format, static_cast<Int>(value));
+        break;
+    case ArgumentWidth::Long:
+        korx::detail::Format(m_buffer, sizeof m_buffer, format, static_cast<Long>(value));
+        break;
+    case ArgumentWidth::LongLong:
+        korx::detail::Format(m_buffer, sizeof m_buffer, format, static_cast<LongLong>(value));
+        break;
+    }
     writeBytes(m_buffer, static_cast<int>(std::strlen(m_buffer)));
 }
 
@@ -223,23 +240,9 @@ void KORXStreamFormatter::dump(double value) {
     writeBytes(m_buffer, static_cast<int>(std::strlen(m_buffer)));
 }
 
-void KORXStreamFormatter::dump(unsigned long value) {
-    switch (argumentWidth(m_ulongFormat != nullptr ? m_ulongFormat : "")) {
-    case ArgumentWidth::Int: dumpNumber(m_ulongFormat, static_cast<unsigned int>(value)); break;
-    case ArgumentWidth::Long: dumpNumber(m_ulongFormat, value); break;
-    case ArgumentWidth::LongLong:
-        dumpNumber(m_ulongFormat, static_cast<unsigned long long>(value));
-        break;
-    }
-}
+void KORXStreamFormatter::dump(unsigned long value) { dumpNumber(m_ulongFormat, value); }
 
-void KORXStreamFormatter::dump(long value) {
-    switch (argumentWidth(m_longFormat != nullptr ? m_longFormat : "")) {
-    case ArgumentWidth::Int: dumpNumber(m_longFormat, static_cast<int>(value)); break;
-    case ArgumentWidth::Long: dumpNumber(m_longFormat, value); break;
-    case ArgumentWidth::LongLong: dumpNumber(m_longFormat, static_cast<long long>(value)); break;
-    }
-}
+void KORXStreamFormatter::dump(long value) { dumpNumber(m_longFormat, value); }
 
 void KORXStreamFormatter::dump(unsigned int value) { dumpNumber(m_uintFormat, value); }
 
@@ -254,7 +257,9 @@ KORXStreamFormatter& operator<<(KORXStreamFormatter& f, char c) { return f.put(c
 KORXStreamFormatter& operator<<(KORXStreamFormatter& f, int value) { return f.put(value); }
 KORXStreamFormatter& operator<<(KORXStreamFormatter& f, unsigned int value) { return f.put(value); }
 KORXStreamFormatter& operator<<(KORXStreamFormatter& f, long value) { return f.put(value); }
-KORXStreamFormatter& operator<<(KORXStreamFormatter& f, unsigned long value) { return f.put(value); }
+KORXStreamFormatter& operator<<(KORXStreamFormatter& f, unsigned long value) {
+    return f.put(value);
+}
 KORXStreamFormatter& operator<<(KORXStreamFormatter& f, long long value) { return f.put(value); }
 KORXStreamFormatter& operator<<(KORXStreamFormatter& f, unsigned long long value) {
     return f.put(value);
