@@ -19,6 +19,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <new>
+#include <type_traits>
 
 struct KORX_API KORXArrayHeader {
     void* check;          // validity word: equals data while the header is valid
@@ -34,6 +35,10 @@ struct KORX_API KORXArrayHeader {
 KORX_API KORXArrayHeader* korxArrayAllocate(int capacity, int elementSize);
 /// Appends elementSize bytes from element, growing first when full. 1 or 0.
 KORX_API int korxArrayAdd(KORXArrayHeader*& header, void* element);
+/// Appends n elements from items (which may lie in the array's own block) with at most one
+/// move of the block; the capacity ends where n korxArrayAdd calls would leave it. 1, or 0
+/// with nothing changed.
+KORX_API int korxArrayAddItems(KORXArrayHeader*& header, const void* items, int n);
 /// Inserts before index; index >= count appends. A negative index is refused (0).
 KORX_API int korxArrayInsertAt(KORXArrayHeader*& header, int index, void* element);
 /// Removes slot index (0 <= index < count); the vacated last slot keeps its bytes.
@@ -107,7 +112,10 @@ public:
     T* getArray() { return m_header ? static_cast<T*>(m_header->data) : nullptr; }
     const T* getArray() const { return m_header ? static_cast<const T*>(m_header->data) : nullptr; }
 
-    int size() const { return korxArrayCount(m_header); }
+    /// korxArrayCount of the header, inline.
+    int size() const {
+        return m_header != nullptr && m_header->check == m_header->data ? m_header->count : 0;
+    }
     KORXArrayHeader* getHeader() const { return m_header; }
 
     /// The low 32 bits of the header's address, consistent with operator==.
@@ -122,6 +130,27 @@ public:
         if (header != nullptr && header->check == header->data &&
             header->count < header->capacity) {
             ::new (static_cast<void*>(static_cast<T*>(header->data) + header->count)) T(element);
+            ++header->count;
+            return;
+        }
+        addGrowing(element);
+    }
+
+    /// Appends n elements byte for byte, growing at most once: for trivially copyable T.
+    void addItems(const T* items, int n) {
+        static_assert(std::is_trivially_copyable<T>::value, "addItems copies elements as bytes");
+        if (m_header == nullptr)
+            m_header = korxArrayAllocate(kDefaultCapacity, kElementSize);
+        korxArrayAddItems(m_header, items, n);
+    }
+
+    /// As add(const T&), moving the element into a free slot.
+    void add(T&& element) {
+        KORXArrayHeader* header = m_header;
+        if (header != nullptr && header->check == header->data &&
+            header->count < header->capacity) {
+            ::new (static_cast<void*>(static_cast<T*>(header->data) + header->count))
+                T(static_cast<T&&>(element));
             ++header->count;
             return;
         }

@@ -114,6 +114,46 @@ int korxArrayRealloc(KORXArrayHeader*& header) {
     return 1;
 }
 
+int korxArrayAddItems(KORXArrayHeader*& header, const void* items, int n) {
+    if (!isValid(header) || n < 0 || (n > 0 && items == nullptr))
+        return 0;
+    const long long needed = static_cast<long long>(header->count) + n;
+    if (needed > INT_MAX)
+        return 0;
+    int capacity = header->capacity;
+    while (capacity < needed) {
+        const double grown = static_cast<double>(header->factor) * capacity + 1.0;
+        if (grown > static_cast<double>(INT_MAX))
+            return 0;
+        capacity = static_cast<int>(grown);
+    }
+    const size_t added = bytesOf(header, n);
+    const size_t filled = bytesOf(header, header->count) + added;
+    if (capacity != header->capacity) {
+        size_t newBytes = 0;
+        if (!blockBytes(capacity, header->elementSize, newBytes))
+            return 0;
+        const auto at = reinterpret_cast<uintptr_t>(items);
+        const auto first = reinterpret_cast<uintptr_t>(header->data);
+        const bool inside = at >= first && at < first + bytesOf(header, header->capacity);
+        void* data = std::realloc(header->data, newBytes);
+        if (data == nullptr)
+            return 0;
+        // The slots beyond the old block start zeroed, as single adds would leave them.
+        const size_t oldBytes = bytesOf(header, header->capacity);
+        const size_t zeroFrom = filled > oldBytes ? filled : oldBytes;
+        std::memset(static_cast<char*>(data) + zeroFrom, 0, newBytes - zeroFrom);
+        if (inside)
+            items = static_cast<const char*>(data) + (at - first);
+        header->data = data;
+        header->check = data;
+        header->capacity = capacity;
+    }
+    std::memmove(slotAddress(header, header->count), items, added);
+    header->count += n;
+    return 1;
+}
+
 int korxArrayAdd(KORXArrayHeader*& header, void* element) {
     if (!isValid(header))
         return 0;
