@@ -46,3 +46,7 @@ set_target_properties(korx PROPERTIES
     SOVERSION ${PROJECT_VERSION_MAJOR}
     EXPORT_NAME korx)
 korx_warnings(korx)
+# Calls between the library's own exported functions may be inlined: nothing interposes them.
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    target_compile_options(korx PRIVATE -fno-semantic-interposition)
+endif()
