@@ -172,6 +172,28 @@ TEST(ArrayAppend, RepeatsTheDestinationsOwnLeadingElements) {
     EXPECT_EQ(self.items(), (Ints{1, 2, 3, 1, 2, 3}));
 }
 
+TEST(ArrayAddItems, GrowsAsSingleAddsWouldInOneMove) {
+    // items added to {1, 2} in a block of 2: block afterwards (the new slots zeroed)
+    const std::pair<Ints, Ints> cases[] = {
+        {{}, {1, 2}},
+        {{3}, {1, 2, 3, 0}},
+        {{3, 4, 5, 6, 7}, {1, 2, 3, 4, 5, 6, 7}},  // 2 -> 4 -> 7 slots
+        {{3, 4, 5, 6, 7, 8}, {1, 2, 3, 4, 5, 6, 7, 8, 0, 0, 0}},
+    };
+    for (const auto& [items, block] : cases) {
+        IntArray array(2, {1, 2});
+        EXPECT_EQ(korxArrayAddItems(array.h, items.data(), static_cast<int>(items.size())), 1);
+        EXPECT_EQ(array.block(), block);
+    }
+    // Elements taken from the array's own block survive the block moving.
+    IntArray self(3, {1, 2, 3});
+    EXPECT_EQ(korxArrayAddItems(self.h, self.slots() + 1, 2), 1);
+    EXPECT_EQ(self.items(), (Ints{1, 2, 3, 2, 3}));
+    EXPECT_EQ(korxArrayAddItems(self.h, nullptr, 1) + korxArrayAddItems(self.h, self.slots(), -1),
+              0);
+    EXPECT_EQ(self.h->count, 5);
+}
+
 TEST(ArraySharing, CopySharesTheHeaderAndOnlyTheLastFreeReleasesIt) {
     Header owner = korxArrayAllocate(4, 4), copy = korxArrayCopy(owner);
     EXPECT_EQ(std::make_pair(copy, owner->shareCount), std::make_pair(owner, 1));
