@@ -49,6 +49,7 @@ list(APPEND KORX_SOURCES
 # Byte strings, file descriptors and the stream hierarchy.
 list(APPEND KORX_SOURCES
     source_utilities/ind/Gk_String.cpp
+    source_utilities/ind/Gk_ROString.cpp
     source_utilities/ind/KORXFileDescriptor.cpp
     source_stream/ind/KORXInputStream.cpp
     source_stream/ind/KORXOutputStream.cpp

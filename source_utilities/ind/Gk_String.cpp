@@ -1,8 +1,13 @@
 #include <korx/Gk_String.h>
+#include <korx/KORXString.h>
 
 #include <cstdint>
 #include <cstring>
+#include <memory>
 #include <string>
+#include <string_view>
+
+#include "internal/Unicode.h"
 
 namespace {
 
@@ -28,6 +33,74 @@ int clampToRange(int value, int low, int high) {
     return value < low ? low : (value > high ? high : value);
 }
 
+bool isAscii(std::string_view text) {
+    for (const char c : text)
+        if (static_cast<unsigned char>(c) >= 0x80)
+            return false;
+    return true;
+}
+
+bool isValidUtf8(std::string_view text) {
+    if (isAscii(text))
+        return true;
+    const auto* bytes = reinterpret_cast<const unsigned char*>(text.data());
+    const int n = static_cast<int>(text.size());
+    int pos = 0;
+    while (pos < n) {
+        if (Utf8Next(bytes, n, pos) == korx::detail::kInvalid)
+            return false;
+    }
+    return true;
+}
+
+void appendUtf8(Gk_String& out, unsigned int cp) {
+    unsigned char bytes[4];
+    const int n = emitUtf8(cp, bytes);
+    for (int i = 0; i < n; ++i)
+        out.append(static_cast<char>(bytes[i]));
+}
+
+// The text read in the C runtime's multibyte locale; false when the locale can't read it or
+// reads it as nothing.
+bool appendFromLocale(Gk_String& out, const char* s) {
+    const size_t count = vnt_mbstowcs(nullptr, s, 0);
+    if (count == static_cast<size_t>(-1) || count == 0)
+        return false;
+    std::unique_ptr<wchar_t[]> wide(new wchar_t[count + 1]);
+    vnt_mbstowcs(wide.get(), s, count + 1);
+    const int n = static_cast<int>(count);
+    int pos = 0;
+    while (pos < n)
+        appendUtf8(out, wcharNext(wide.get(), n, pos));
+    return true;
+}
+
+void appendLatin1(Gk_String& out, std::string_view text) {
+    for (const char c : text) {
+        const auto byte = static_cast<unsigned char>(c);
+        if (byte < 0x80)
+            out.append(c);
+        else
+            appendUtf8(out, byte);
+    }
+}
+
+// The text of s as UTF-8, without a terminator.
+void appendAsUtf8(Gk_String& out, const char* s, bool fromLocale) {
+    const std::string_view text(s);
+    if (!fromLocale && isValidUtf8(text)) {
+        out.append2(s);
+        return;
+    }
+    if (appendFromLocale(out, s))
+        return;
+    if (fromLocale && isValidUtf8(text)) {
+        out.append2(s);
+        return;
+    }
+    appendLatin1(out, text);
+}
+
 }  // namespace
 
 Gk_String::Gk_String() = default;
@@ -45,14 +118,27 @@ Gk_String::Gk_String(const char* s, int n) {
         appendBytes(s, n);
 }
 
+Gk_String::Gk_String(const char* s, bool fromLocale) { SetContent(s, fromLocale); }
+
+void Gk_String::SetContent(const char* s, bool fromLocale) {
+    if (s != nullptr && holds(s)) {
+        // The conversion writes over the text it reads: read it from a stable copy.
+        const std::string stable(s);
+        SetContent(stable.c_str(), fromLocale);
+        return;
+    }
+    m_buffer.clear();
+    if (s != nullptr)
+        appendAsUtf8(*this, s, fromLocale);
+    m_buffer.add('\0');
+}
+
 Gk_String::operator char*() const {
     if (m_buffer.size() == 0)
         return nullptr;
     // Copies share the buffer, so a const string hands out its bytes as a plain pointer.
     return const_cast<char*>(m_buffer.getArray());
 }
-
-int Gk_String::len() const { return m_buffer.size(); }
 
 int Gk_String::dataLen() const {
     const int count = len();
@@ -64,11 +150,16 @@ int Gk_String::dataLen() const {
 void Gk_String::clear() { m_buffer.clear(); }
 
 void Gk_String::append(const char* s) {
-    // Measured first: s may be this string's own text, whose terminator goes next.
-    const int n = s != nullptr ? static_cast<int>(std::strlen(s)) : 0;
+    if (s == nullptr) {
+        dropTerminator();
+        m_buffer.add('\0');
+        return;
+    }
+    // Measured first: s may be this string's own text, whose terminator goes next. Its bytes
+    // stay in the block when the count drops, so s is copied with its own terminator.
+    const int n = static_cast<int>(std::strlen(s));
     dropTerminator();
-    appendBytes(s, n);
-    m_buffer.add('\0');
+    appendBytes(s, n + 1);
 }
 
 void Gk_String::append2(const char* s) {
@@ -83,6 +174,17 @@ void Gk_String::append(int n, char* s) {
     if (s != nullptr && n > 0)
         appendBytes(s, n);
     terminate();
+}
+
+void Gk_String::append(const Gk_ROString& view) {
+    const int n = view.len();
+    if (n <= 0) {
+        append(0, nullptr);
+        return;
+    }
+    // A view of this very buffer is read from a stable copy.
+    const std::string text(static_cast<const char*>(view), static_cast<size_t>(n));
+    append(n, const_cast<char*>(text.data()));
 }
 
 void Gk_String::append(const Gk_String& other) {
@@ -158,21 +260,26 @@ Gk_String Gk_String::copy() const {
     return result;
 }
 
+Gk_RWString Gk_String::dataStr() const {
+    if (len() == 0)
+        return Gk_RWString();
+    return Gk_RWString(m_buffer);
+}
+
+Gk_RWString Gk_String::rwString() { return dataStr(); }
+
 void Gk_String::appendBytes(const char* bytes, int n) {
-    const char* first = m_buffer.getArray();
+    if (n > 0)
+        m_buffer.addItems(bytes, n);
+}
+
+bool Gk_String::holds(const char* p) const {
     const KORXArrayHeader* header = m_buffer.getHeader();
-    const auto at = reinterpret_cast<uintptr_t>(bytes);
-    const auto begin = reinterpret_cast<uintptr_t>(first);
-    const bool insideOwnBlock =
-        first != nullptr && at >= begin && at < begin + static_cast<uintptr_t>(header->capacity);
-    if (insideOwnBlock) {
-        // Growing moves the block: take the bytes out of it first.
-        const std::string stable(bytes, static_cast<size_t>(n));
-        appendBytes(stable.data(), n);
-        return;
-    }
-    for (int i = 0; i < n; ++i)
-        m_buffer.add(bytes[i]);
+    if (header == nullptr || header->data == nullptr)
+        return false;
+    const auto at = reinterpret_cast<uintptr_t>(p);
+    const auto first = reinterpret_cast<uintptr_t>(header->data);
+    return at >= first && at < first + static_cast<uintptr_t>(header->capacity);
 }
 
 void Gk_String::dropTerminator() {
@@ -187,7 +294,14 @@ void Gk_String::terminate() {
         m_buffer.add('\0');
 }
 
-void Gk_String::keepFirst(int n) { m_buffer.resize(n); }
+void Gk_String::keepFirst(int n) {
+    KORXArrayHeader* header = m_buffer.getHeader();
+    if (header != nullptr && n >= 0 && n < header->count) {
+        header->count = n;  // bytes need no destruction
+        return;
+    }
+    m_buffer.resize(n);
+}
 
 bool operator==(const Gk_String& a, const Gk_String& b) {
     const bool aEmpty = a.len() == 0;
