@@ -60,6 +60,13 @@ list(APPEND KORX_SOURCES
     source_stream/ind/KORXStringOutputStream.cpp
 )
 
+# The numeric-text parser, its locale-independent number reading, and the tokenizer.
+list(APPEND KORX_SOURCES
+    source_utilities/ind/Gk_StringParser.cpp
+    source_utilities/ind/KORXFloatUtil.cpp
+    source_utilities/ind/KORXStringTokenizer.cpp
+)
+
 # Messages and loggers, and the message-reporting service they forward to.
 list(APPEND KORX_SOURCES
     source_utilities/ind/KORXMessageEvents.cpp

@@ -6,6 +6,8 @@
 #include <vector>
 
 #include <malloc.h>
+#include <locale.h>
+#include <stdlib.h>
 
 namespace korx::detail {
 
@@ -53,6 +55,17 @@ long ToLocaleMultibyte(const KORXWChar* units, int n, char* out, size_t size) {
     wide.push_back(0);
     const size_t written = std::wcstombs(out, wide.data(), size);
     return written == static_cast<size_t>(-1) ? -1 : static_cast<long>(written);
+}
+
+double StrtodClassic(const char* text, char** end) {
+#if defined(_WIN32)
+    static const _locale_t classic = _create_locale(LC_NUMERIC, "C");
+    return _strtod_l(text, end, classic);
+#else
+    // Made once and kept: the library may parse numbers while static objects are destroyed.
+    static const locale_t classic = newlocale(LC_NUMERIC_MASK, "C", locale_t{});
+    return strtod_l(text, end, classic);
+#endif
 }
 
 size_t AllocatedSize(void* block) {

@@ -49,6 +49,9 @@ long long HighResolutionFrequency();
 /// terminated; returns the count, or -1 when the locale cannot represent the text.
 long ToLocaleMultibyte(const KORXWChar* units, int n, char* out, size_t size);
 
+/// strtod read in the "C" locale whatever the current one: "." is the decimal point.
+double StrtodClassic(const char* text, char** end);
+
 /// Usable bytes of a block returned by malloc (at least what was asked for).
 size_t AllocatedSize(void* block);
 
