@@ -52,6 +52,8 @@ public:
 #endif
     /// Copies the wide buffer only; the byte form is built again when asked for.
     KORXString(const KORXString& other);
+    /// Takes other's buffers; other is left empty.
+    KORXString(KORXString&& other) noexcept;
     /// Replaces the byte form only when this string had one (by the source's, or none).
     KORXString& operator=(const KORXString& other);
     virtual ~KORXString();

@@ -1,3 +1,4 @@
+#include <korx/Gk_String.h>
 #include <korx/KORXString.h>
 
 #include "internal/Platform.h"
@@ -109,6 +110,15 @@ int leadingAsciiBytes(uint64_t first, uint64_t second) {
 
 bool isContinuation(uint32_t byte) { return (byte & 0xC0) == 0x80; }
 
+// A complete 4-byte sequence for U+10000 .. U+10FFFF at p.
+bool isSupplementary(const unsigned char* p, const unsigned char* end) {
+    if (end - p < 4 || (p[0] & 0xF8) != 0xF0 || !isContinuation(p[1]) || !isContinuation(p[2]) ||
+        !isContinuation(p[3]))
+        return false;
+    const uint32_t plane = (p[0] & 0x07u) << 2 | (p[1] & 0x30u) >> 4;
+    return plane >= 1 && plane <= 16;
+}
+
 // Exactly what the one-code-point decoder and emitUtf16 write, from p on; p and out advance.
 void decodeOne(const unsigned char* bytes, int n, const unsigned char*& p, KORXWChar*& out) {
     int pos = static_cast<int>(p - bytes);
@@ -156,6 +166,13 @@ KORXWChar* decodeUtf8(const unsigned char* bytes, int n) {
             } else if ((b0 & 0xE0) == 0xC0 && isContinuation(b1)) {
                 *out++ = static_cast<KORXWChar>((b0 & 0x1F) << 6 | (b1 & 0x3F));
                 p += 2;
+            } else if (isSupplementary(p, end)) {
+                const uint32_t cp = (b0 & 0x07) << 18 | (b1 & 0x3F) << 12 | (b2 & 0x3F) << 6 |
+                                    (p[3] & 0x3F);
+                out[0] = static_cast<KORXWChar>(0xD800 + ((cp - 0x10000) >> 10));
+                out[1] = static_cast<KORXWChar>(0xDC00 + ((cp - 0x10000) & 0x3FF));
+                out += 2;
+                p += 4;
             } else {
                 decodeOne(bytes, n, p, out);
             }
@@ -167,11 +184,14 @@ KORXWChar* decodeUtf8(const unsigned char* bytes, int n) {
     return buffer;
 }
 
+// A C string is read through a byte string of its own, as every text entering the library from
+// the byte side is.
 KORXWChar* decodeUtf8(const char* text) {
     if (text == nullptr)
         return nullptr;
-    const size_t n = std::strlen(text);
-    return decodeUtf8(reinterpret_cast<const unsigned char*>(text), static_cast<int>(n));
+    const Gk_String bytes(text);
+    return decodeUtf8(reinterpret_cast<const unsigned char*>(static_cast<char*>(bytes)),
+                      bytes.dataLen());
 }
 
 // ---- UTF-16 to UTF-8 ----------------------------------------------------------------------
@@ -605,6 +625,12 @@ KORXString::KORXString(const wchar_t* text)
 
 KORXString::KORXString(const KORXString& other)
     : m_wideBuffer(copyOfBuffer(other.m_wideBuffer)), m_byteForm(nullptr) {}
+
+KORXString::KORXString(KORXString&& other) noexcept
+    : m_wideBuffer(other.m_wideBuffer), m_byteForm(other.m_byteForm) {
+    other.m_wideBuffer = nullptr;
+    other.m_byteForm = nullptr;
+}
 
 KORXString& KORXString::operator=(const KORXString& other) {
     if (this == &other)
