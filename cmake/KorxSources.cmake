@@ -90,3 +90,11 @@ list(APPEND KORX_SOURCES
     source_utilities/ind/KORXTaskEvent.cpp
     source_utilities/ind/KORXTaskEvents.cpp
 )
+
+# Containers: the list, the keyed list, the pointer stack and the string array.
+list(APPEND KORX_SOURCES
+    source_utilities/ind/KORXList.cpp
+    source_utilities/ind/KORXMap.cpp
+    source_utilities/ind/KORXStack.cpp
+    source_utilities/ind/KORXStringArray.cpp
+)

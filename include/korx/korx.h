@@ -9,6 +9,7 @@
 #include <korx/Gk_String.h>
 #include <korx/Gk_StringParser.h>
 #include <korx/KORIResult.h>
+#include <korx/KORXContainers.h>
 #include <korx/KORXDynamicArray.h>
 #include <korx/KORXEnvironment.h>
 #include <korx/KORXError.h>
