@@ -117,6 +117,8 @@ int korxArrayRealloc(KORXArrayHeader*& header) {
 int korxArrayAddItems(KORXArrayHeader*& header, const void* items, int n) {
     if (!isValid(header) || n < 0 || (n > 0 && items == nullptr))
         return 0;
+    if (n == 0)
+        return 1;
     const long long needed = static_cast<long long>(header->count) + n;
     if (needed > INT_MAX)
         return 0;
