@@ -49,14 +49,16 @@ std::string_view bytesOf(const Gk_ROString& view) {
     return {static_cast<const char*>(view), static_cast<size_t>(n)};
 }
 
-// Matches a path against a pattern of literal bytes, "?", "*", "[...]" sets and "\" escapes.
+// Matches a path against a pattern of literal bytes, "?", "*", "[...]" sets and "\\" escapes.
 // Both end at their first 0 byte or their count.
 //
-// A "*" tries every later text position at which the rest of the pattern could start. What
-// the rest of the pattern makes of a text position never depends on how the position was
-// reached, so a "*" remembers, per pattern position, the first text position from which it
-// already failed, and never tries that ground again: the answer is the plain recursion's in
-// time proportional to pattern length times text length.
+// A "*" tries the rest of the pattern at every later text position where it could start.
+// Once that rest reaches a later "*", the earlier one is never tried again: the bytes between
+// two stars take a fixed number of text bytes, so any other way on from the earlier "*" meets
+// the later one further along the text, where the later one can only try positions it is
+// already trying. Only the latest "*" keeps its loop, and a loop that runs out ends the match.
+// The answers are those of the plain recursion, in time proportional to the text times the
+// pattern bytes after the latest "*".
 class PathPatternMatcher {
 public:
     PathPatternMatcher(std::string_view text, std::string_view pattern)
@@ -65,139 +67,93 @@ public:
     bool matches();
 
 private:
-    enum class Walk { Matched, Failed, StarLoop };
-
-    // A "*" waiting to try the rest of its pattern at its next text position.
+    // The latest "*", trying the rest of its pattern at its next text position.
     struct StarLoop {
-        size_t rest;   // pattern position the rest starts at
-        char byte;     // the literal, lower-cased, the text must show there (unless a set)
-        size_t start;  // first text position tried
-        size_t next;   // next text position to try
-        size_t limit;  // positions from here on are known to fail
+        size_t rest;  // pattern position the rest starts at
+        char byte;    // the literal, lower-cased, the text must show there (unless a set)
+        size_t next;  // next text position to try
     };
 
     bool textEnds(size_t t) const { return t == m_text.size() || m_text[t] == '\0'; }
     bool patternEnds(size_t p) const { return p == m_pattern.size() || m_pattern[p] == '\0'; }
 
-    Walk walk(size_t p, size_t t);
-    Walk afterStar(size_t p, size_t t);
-    bool nextTry(StarLoop& loop, size_t& t) const;
-    void prepareLoops();
+    bool walk(size_t p, size_t t);
+    bool afterStar(size_t p, size_t t);
+    bool nextTry(size_t& t);
 
     bool singleByteAllowed(size_t t) const;
     bool isLeadingDot(size_t t) const;
     bool setMatches(size_t& p, size_t t) const;
     bool setItem(size_t& i, char& item) const;
 
-    // Short patterns keep their bookkeeping on the stack. Loops nest only for distinct "*"s,
-    // at least two pattern bytes apart, so half the pattern bounds their depth.
-    static constexpr size_t kShortPattern = 64;
-
     std::string_view m_text;
     std::string_view m_pattern;
-    size_t* m_failedFrom = nullptr;
-    StarLoop* m_loops = nullptr;
-    size_t m_loopCount = 0;
-    StarLoop m_pending{};
-    size_t m_shortFailedFrom[kShortPattern];
-    StarLoop m_shortLoops[kShortPattern / 2 + 1];
-    std::vector<size_t> m_longFailedFrom;
-    std::vector<StarLoop> m_longLoops;
+    bool m_looping = false;
+    StarLoop m_loop{};
 };
 
 bool PathPatternMatcher::matches() {
     size_t p = 0;
     size_t t = 0;
     for (;;) {
-        const Walk walked = walk(p, t);
-        if (walked == Walk::Matched)
+        if (walk(p, t))
             return true;
-        if (walked == Walk::StarLoop)
-            m_loops[m_loopCount++] = m_pending;
-        // Resume the innermost "*" that still has positions to try.
-        for (;;) {
-            if (m_loopCount == 0)
-                return false;
-            StarLoop& loop = m_loops[m_loopCount - 1];
-            if (nextTry(loop, t)) {
-                p = loop.rest;
-                break;
-            }
-            m_failedFrom[loop.rest] = loop.start;
-            --m_loopCount;
-        }
+        if (!m_looping || !nextTry(t))
+            return false;
+        p = m_loop.rest;
     }
 }
 
-// Made when the first "*" needs it: most matches are settled before. From here on the text is
-// known by its length.
-void PathPatternMatcher::prepareLoops() {
-    const void* zero = std::memchr(m_text.data(), 0, m_text.size());
-    if (zero != nullptr)
-        m_text = m_text.substr(0, static_cast<size_t>(static_cast<const char*>(zero) - m_text.data()));
-    const size_t positions = m_pattern.size() + 1;
-    if (positions <= kShortPattern) {
-        m_failedFrom = m_shortFailedFrom;
-        m_loops = m_shortLoops;
-    } else {
-        m_longFailedFrom.resize(positions);
-        m_longLoops.resize(positions / 2 + 1);
-        m_failedFrom = m_longFailedFrom.data();
-        m_loops = m_longLoops.data();
-    }
-    std::fill_n(m_failedFrom, positions, m_text.size());
-}
-
-bool PathPatternMatcher::nextTry(StarLoop& loop, size_t& t) const {
-    const char* from = m_text.data() + loop.next;
-    const char* end = m_text.data() + loop.limit;
+bool PathPatternMatcher::nextTry(size_t& t) {
+    const char* from = m_text.data() + m_loop.next;
+    const char* end = m_text.data() + m_text.size();
     const char* hit = nullptr;
-    if (m_pattern[loop.rest] == '[') {
+    if (m_pattern[m_loop.rest] == '[') {
         hit = from < end ? from : nullptr;
-    } else if (loop.byte >= 'a' && loop.byte <= 'z') {
+    } else if (m_loop.byte >= 'a' && m_loop.byte <= 'z') {
         // A letter and its capital differ in one bit only.
         for (const char* at = from; at < end && hit == nullptr; ++at)
-            if ((*at | 0x20) == loop.byte)
+            if ((*at | 0x20) == m_loop.byte)
                 hit = at;
     } else if (from < end) {
-        hit = static_cast<const char*>(std::memchr(from, loop.byte, static_cast<size_t>(end - from)));
+        hit = static_cast<const char*>(std::memchr(from, m_loop.byte, static_cast<size_t>(end - from)));
     }
     if (hit == nullptr)
         return false;
     t = static_cast<size_t>(hit - m_text.data());
-    loop.next = t + 1;
+    m_loop.next = t + 1;
     return true;
 }
 
-// Steps through the pattern from p and the text from t until the pattern ends, a byte fails,
-// or a "*" needs to try positions (left in m_pending).
-PathPatternMatcher::Walk PathPatternMatcher::walk(size_t p, size_t t) {
+// Steps through the pattern from p and the text from t: true when the pattern ends where the
+// text allows it; false when a byte fails or a "*" has set its loop up to try positions.
+bool PathPatternMatcher::walk(size_t p, size_t t) {
     for (;;) {
         if (patternEnds(p)) {
             // A pattern also matches every path below the ones it names.
-            return textEnds(t) || m_text[t] == '/' ? Walk::Matched : Walk::Failed;
+            return textEnds(t) || m_text[t] == '/';
         }
         switch (m_pattern[p]) {
         case '?':
             if (!singleByteAllowed(t))
-                return Walk::Failed;
+                return false;
             ++p;
             break;
         case '\\':
             // A "\" with nothing after it escapes nothing and matches nothing.
             if (patternEnds(p + 1) || textEnds(t) || !sameLetter(m_pattern[p + 1], m_text[t]))
-                return Walk::Failed;
+                return false;
             p += 2;
             break;
         case '[':
             if (!setMatches(p, t))
-                return Walk::Failed;
+                return false;
             break;
         case '*':
             return afterStar(p + 1, t);
         default:
             if (textEnds(t) || !sameLetter(m_pattern[p], m_text[t]))
-                return Walk::Failed;
+                return false;
             ++p;
             break;
         }
@@ -205,37 +161,38 @@ PathPatternMatcher::Walk PathPatternMatcher::walk(size_t p, size_t t) {
     }
 }
 
-PathPatternMatcher::Walk PathPatternMatcher::afterStar(size_t p, size_t t) {
+bool PathPatternMatcher::afterStar(size_t p, size_t t) {
     // Each "?" or "*" right after a "*" takes one byte that is not '/'; the "?" needs one.
     for (; !patternEnds(p) && (m_pattern[p] == '?' || m_pattern[p] == '*'); ++p) {
         if (textEnds(t)) {
             if (m_pattern[p] == '?')
-                return Walk::Failed;
+                return false;
             continue;
         }
         if (m_text[t] == '/')
-            return Walk::Failed;
+            return false;
         ++t;
     }
     // A "*" that ends the pattern takes the rest of the text, '/' included.
     if (patternEnds(p))
-        return Walk::Matched;
+        return true;
     size_t rest = p;
     if (m_pattern[p] == '\\') {
         if (patternEnds(p + 1))
-            return Walk::Failed;
+            return false;
         // The rest is tried from the escaped byte itself: callers rely on "*\x" meaning "*x".
         rest = p + 1;
     }
     if (textEnds(t))
-        return Walk::Failed;
-    if (m_failedFrom == nullptr)
-        prepareLoops();
-    const size_t limit = m_failedFrom[rest];
-    if (t >= limit)
-        return Walk::Failed;
-    m_pending = StarLoop{rest, lowerCase(m_pattern[rest]), t, t, limit};
-    return Walk::StarLoop;
+        return false;
+    if (!m_looping) {
+        // From here on the text is known by its length.
+        const auto zero = std::find(m_text.begin() + t, m_text.end(), '\0');
+        m_text = m_text.substr(0, static_cast<size_t>(zero - m_text.begin()));
+        m_looping = true;
+    }
+    m_loop = StarLoop{rest, lowerCase(m_pattern[rest]), t};
+    return false;
 }
 
 bool PathPatternMatcher::isLeadingDot(size_t t) const {
