@@ -21,16 +21,6 @@ struct ErrnoGuard {
     ~ErrnoGuard() { errno = saved; }
 };
 
-// Leaves the abort flag clear, whatever the test did.
-struct AbortFlagGuard {
-    ~AbortFlagGuard() {
-        try {
-            Gk_ErrMgr::checkAbort();
-        } catch (const KORXAbortException&) {
-        }
-    }
-};
-
 // The source lines of the parser's assertions published while convert runs; any other event
 // shows as its name.
 template <class Convert> std::vector<std::string> Asserted(Convert convert) {
@@ -138,28 +128,6 @@ TEST(StringParser, ConvertsAndAssertsOnOverflowAndLeftoverText) {
         EXPECT_EQ(result, value);
         EXPECT_TRUE(parser.isClean());  // an assertion that returns leaves the conversion done
     }
-}
-
-TEST(StringParser, CleanFlagStaysClearWhenAnAssertionAborts) {
-    AbortFlagGuard abortGuard;
-    ErrnoGuard errnoGuard(0);
-    const Gk_String text("12a");
-    Gk_StringParser parser(text);
-    EXPECT_FALSE(parser.isClean());
-    Gk_ErrMgr::setAbort();
-    EXPECT_EQ(Asserted([&] { EXPECT_THROW(parser.intValue(), KORXAbortException); }), Lines());
-    EXPECT_FALSE(parser.isClean());
-    long value = 0;
-    EXPECT_EQ(Asserted([&] { value = parser.intValue(); }), Lines{"73"});  // flag consumed
-    EXPECT_EQ(std::make_tuple(value, parser.isClean(),
-                              parser.endPointer() - static_cast<const char*>(text)),
-              std::make_tuple(12L, true, std::ptrdiff_t(2)));
-
-    // With nothing to assert, a pending abort is not looked at.
-    Gk_ErrMgr::setAbort();
-    Gk_StringParser whole{Gk_String("34")};
-    EXPECT_EQ(std::make_pair(whole.intValue(), Gk_ErrMgr::shouldAbort()),
-              std::make_pair(34L, true));
 }
 
 TEST(StringParser, ComparesAndReadsTheSharedText) {
