@@ -1,3 +1,4 @@
+#include <korx/KORXContainers.h>
 #include <korx/KORXEnvironment.h>
 #include <korx/KORXLogger.h>
 #include <korx/KORXString.h>
@@ -6,7 +7,6 @@
 #include <ctime>
 #include <string>
 #include <unordered_map>
-#include <vector>
 
 #include "internal/Platform.h"
 
@@ -38,10 +38,21 @@ double elapsedSeconds(const OpenTask& start, long long endTime, long endClock) {
 
 }  // namespace
 
-// The started tasks, innermost on top, and where each identifier was last pushed.
+// The started tasks (owned records, innermost on top) and where each identifier was last
+// pushed.
 struct KORXTimingLogger::OpenTasks {
-    std::vector<OpenTask> stack;
+    KORXStack stack;
     std::unordered_map<std::u16string, int> positions;
+
+    ~OpenTasks() { discardFrom(0); }
+
+    OpenTask& at(int position) const { return *static_cast<OpenTask*>(stack.ElementAt(position)); }
+
+    /// Pops and deletes the records from the top down to position.
+    void discardFrom(int position) {
+        while (stack.Size() > position)
+            delete static_cast<OpenTask*>(stack.Pop());
+    }
 };
 
 KORXTimingLogger::KORXTimingLogger() : m_initialized(false), m_tasks(new OpenTasks()) {}
@@ -71,7 +82,7 @@ void KORXTimingLogger::SetUp() {
         GetTimer().Initialize();
 }
 
-int KORXTimingLogger::GetOpenTaskCount() const { return static_cast<int>(m_tasks->stack.size()); }
+int KORXTimingLogger::GetOpenTaskCount() const { return m_tasks->stack.Size(); }
 
 void KORXTimingLogger::HandleEvent(KORXEvent& event) {
     const auto* task = dynamic_cast<const KORXTaskEvent*>(&event);
@@ -85,8 +96,7 @@ void KORXTimingLogger::HandleEvent(KORXEvent& event) {
         return;
     const std::u16string key = keyOf(identifier);
     if (task->GetKind() == KORX_TASK_START) {
-        m_tasks->stack.push_back({identifier, time, clock});
-        m_tasks->positions[key] = static_cast<int>(m_tasks->stack.size()) - 1;
+        m_tasks->positions[key] = m_tasks->stack.Push(new OpenTask{identifier, time, clock}) - 1;
         return;
     }
     const auto found = m_tasks->positions.find(key);
@@ -95,16 +105,16 @@ void KORXTimingLogger::HandleEvent(KORXEvent& event) {
     // The entry may be left from a task discarded with an enclosing one: it names a position,
     // and whatever task stands there now is the one timed and closed.
     const int position = found->second;
-    if (position >= static_cast<int>(m_tasks->stack.size()))
+    if (position >= m_tasks->stack.Size())
         return;
     char seconds[64];
     korx::detail::Format(
         seconds, sizeof seconds, "%.2f seconds.",
-        elapsedSeconds(m_tasks->stack[static_cast<size_t>(position)], time, clock));
+        elapsedSeconds(m_tasks->at(position), time, clock));
     const KORXString name = identifier.length() > kIdentifierUnits
                                 ? identifier.substring(0, kIdentifierUnits)
                                 : identifier;
     KORXInfo::Printf("%s Time = %s", static_cast<const char*>(name), seconds);
     // Tasks opened inside this one and never ended are discarded with it.
-    m_tasks->stack.resize(static_cast<size_t>(position));
+    m_tasks->discardFrom(position);
 }
