@@ -188,10 +188,12 @@ void Gk_String::append(const Gk_ROString& view) {
 }
 
 void Gk_String::append(const Gk_String& other) {
-    // Appending a string to itself (or to a copy sharing its buffer) reads a stable copy.
-    const Gk_String source = (other.m_buffer == m_buffer) ? other.copy() : other;
+    // Measured first: other may share this buffer, whose terminator goes next. Its bytes
+    // stay in the block, and appendBytes copes with a source inside it.
+    const int n = other.len();
+    const char* bytes = other;
     dropTerminator();
-    appendBytes(source, source.len());
+    appendBytes(bytes, n);
     terminate();
 }
 
