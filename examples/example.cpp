@@ -1,5 +1,5 @@
 // A first look at KORX from a translator's side: report through the event bus, mark a task,
-// name files, hold text and grow arrays. Build and run it with `./build.sh example`.
+// name files, hold text, match and parse it, and grow arrays. Build and run it with `./build.sh example`.
 #include <korx/korx.h>
 
 #include <cstdio>
@@ -43,6 +43,15 @@ int main() {
     KORXWarning::Printf("%s has %d UTF-16 units and %d UTF-8 bytes",
                         static_cast<const char*>(label), label.length(), label.GetLengthInChar());
     KORXError::Printf("face %d is not closed", faces[6].id);
+
+    // A user's entity filter (without regard to case), an option name split at its dots, and
+    // a number read from option text.
+    const Gk_ROString entity("bracket/shell1/face7");
+    KORXStringTokenizer parts("Write.Units.Length", u'.');
+    Gk_StringParser tolerance(Gk_String("0.001"));
+    KORXInfo::Printf("filter */SHELL?/face*: %s; %d name parts; tolerance %g",
+                     entity.matchPathPattern("*/SHELL?/face*") ? "selected" : "not selected",
+                     parts.GetTokenCount(), tolerance.isReal() ? tolerance.realValue() : 0.0);
     KORIResult done(0);
     KORXEndReadFileTaskEvent end(done);
     KORXEventBus::Fire(end);
