@@ -32,15 +32,47 @@ size_t bytesOf(const KORXArrayHeader* header, int elements) {
     return static_cast<size_t>(elements) * static_cast<size_t>(header->elementSize);
 }
 
+// Whether p points into the header's block.
+bool insideBlock(const KORXArrayHeader* header, const void* p) {
+    const auto address = reinterpret_cast<uintptr_t>(p);
+    const auto first = reinterpret_cast<uintptr_t>(header->data);
+    return address >= first && address < first + bytesOf(header, header->capacity);
+}
+
+// The capacity one growth step gives (factor x capacity + 1); false past INT_MAX.
+bool grownCapacity(const KORXArrayHeader* header, int capacity, int& grown) {
+    const double next = static_cast<double>(header->factor) * capacity + 1.0;
+    if (next > static_cast<double>(INT_MAX))
+        return false;
+    grown = static_cast<int>(next);
+    return true;
+}
+
+// Moves the block to capacity slots; false, header untouched, when that can't be had. realloc
+// keeps the whole old block; the slots beyond it start zeroed, except for the first
+// filledBytes of the block, which the caller fills next.
+bool moveBlock(KORXArrayHeader* header, int capacity, size_t filledBytes) {
+    size_t newBytes = 0;
+    if (!blockBytes(capacity, header->elementSize, newBytes))
+        return false;
+    const size_t oldBytes = bytesOf(header, header->capacity);
+    void* data = std::realloc(header->data, newBytes);
+    if (data == nullptr)
+        return false;
+    const size_t zeroFrom = filledBytes > oldBytes ? filledBytes : oldBytes;
+    std::memset(static_cast<char*>(data) + zeroFrom, 0, newBytes - zeroFrom);
+    header->data = data;
+    header->check = data;
+    header->capacity = capacity;
+    return true;
+}
+
 // The bytes of an element to store. An element that lives inside the header's own block is
 // copied aside first, because growing or shifting the block would move it under our feet.
 class ElementBytes {
 public:
     ElementBytes(const KORXArrayHeader* header, const void* element) : m_bytes(element) {
-        const auto address = reinterpret_cast<uintptr_t>(element);
-        const auto first = reinterpret_cast<uintptr_t>(header->data);
-        const auto last = first + bytesOf(header, header->capacity);
-        if (address < first || address >= last)
+        if (!insideBlock(header, element))
             return;
         m_copy = std::malloc(static_cast<size_t>(header->elementSize));
         if (m_copy != nullptr)
@@ -93,25 +125,10 @@ KORXArrayHeader* korxArrayAllocate(int capacity, int elementSize) {
 }
 
 int korxArrayRealloc(KORXArrayHeader*& header) {
-    if (!isValid(header))
+    int capacity = 0;
+    if (!isValid(header) || !grownCapacity(header, header->capacity, capacity))
         return 0;
-    const double grown = static_cast<double>(header->factor) * header->capacity + 1.0;
-    size_t newBytes = 0;
-    if (grown > static_cast<double>(INT_MAX))
-        return 0;
-    const int newCapacity = static_cast<int>(grown);
-    if (!blockBytes(newCapacity, header->elementSize, newBytes))
-        return 0;
-    // realloc keeps the whole old block; the slots beyond it start zeroed.
-    const size_t oldBytes = bytesOf(header, header->capacity);
-    void* data = std::realloc(header->data, newBytes);
-    if (data == nullptr)
-        return 0;
-    std::memset(static_cast<char*>(data) + oldBytes, 0, newBytes - oldBytes);
-    header->data = data;
-    header->check = data;
-    header->capacity = newCapacity;
-    return 1;
+    return moveBlock(header, capacity, 0) ? 1 : 0;
 }
 
 int korxArrayAddItems(KORXArrayHeader*& header, const void* items, int n) {
@@ -123,33 +140,20 @@ int korxArrayAddItems(KORXArrayHeader*& header, const void* items, int n) {
     if (needed > INT_MAX)
         return 0;
     int capacity = header->capacity;
-    while (capacity < needed) {
-        const double grown = static_cast<double>(header->factor) * capacity + 1.0;
-        if (grown > static_cast<double>(INT_MAX))
+    while (capacity < needed)
+        if (!grownCapacity(header, capacity, capacity))
             return 0;
-        capacity = static_cast<int>(grown);
-    }
     const size_t added = bytesOf(header, n);
-    const size_t filled = bytesOf(header, header->count) + added;
     if (capacity != header->capacity) {
-        size_t newBytes = 0;
-        if (!blockBytes(capacity, header->elementSize, newBytes))
+        // Items from the block itself move with it.
+        const bool inside = insideBlock(header, items);
+        const size_t offset = inside ? static_cast<size_t>(static_cast<const char*>(items) -
+                                                           static_cast<const char*>(header->data))
+                                     : 0;
+        if (!moveBlock(header, capacity, bytesOf(header, header->count) + added))
             return 0;
-        const auto at = reinterpret_cast<uintptr_t>(items);
-        const auto first = reinterpret_cast<uintptr_t>(header->data);
-        const bool inside = at >= first && at < first + bytesOf(header, header->capacity);
-        void* data = std::realloc(header->data, newBytes);
-        if (data == nullptr)
-            return 0;
-        // The slots beyond the old block start zeroed, as single adds would leave them.
-        const size_t oldBytes = bytesOf(header, header->capacity);
-        const size_t zeroFrom = filled > oldBytes ? filled : oldBytes;
-        std::memset(static_cast<char*>(data) + zeroFrom, 0, newBytes - zeroFrom);
         if (inside)
-            items = static_cast<const char*>(data) + (at - first);
-        header->data = data;
-        header->check = data;
-        header->capacity = capacity;
+            items = static_cast<const char*>(header->data) + offset;
     }
     std::memmove(slotAddress(header, header->count), items, added);
     header->count += n;
