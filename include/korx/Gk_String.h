@@ -88,7 +88,6 @@ private:
     friend class Gk_ROString;
 
     void appendBytes(const char* bytes, int n);
-    bool holds(const char* p) const;
     void dropTerminator();
     void terminate();
     void keepFirst(int n);

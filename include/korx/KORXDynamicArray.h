@@ -118,6 +118,17 @@ public:
     }
     KORXArrayHeader* getHeader() const { return m_header; }
 
+    /// Whether p points into the array's block (used or free slots): what the array is about
+    /// to move or overwrite.
+    bool holds(const T* p) const {
+        if (m_header == nullptr || m_header->data == nullptr)
+            return false;
+        const auto address = reinterpret_cast<uintptr_t>(p);
+        const auto first = reinterpret_cast<uintptr_t>(m_header->data);
+        const auto last = first + static_cast<uintptr_t>(m_header->capacity) * sizeof(T);
+        return address >= first && address < last;
+    }
+
     /// The low 32 bits of the header's address, consistent with operator==.
     unsigned int getHash() const {
         return static_cast<unsigned int>(reinterpret_cast<uintptr_t>(m_header));
@@ -159,7 +170,7 @@ public:
 
     /// Callers keep 0 <= i <= size().
     void insert(int i, const T& element) {
-        if (aliasesOwnElement(element)) {
+        if (holds(&element)) {
             const T copy(element);
             insert(i, copy);
             return;
@@ -250,7 +261,7 @@ private:
     static constexpr int kElementSize = static_cast<int>(sizeof(T));
 
     void addGrowing(const T& element) {
-        if (aliasesOwnElement(element)) {
+        if (holds(&element)) {
             const T copy(element);
             addGrowing(copy);
             return;
@@ -265,15 +276,6 @@ private:
                 return;
         }
         constructAt(size() - 1, element);
-    }
-
-    bool aliasesOwnElement(const T& element) const {
-        if (m_header == nullptr || m_header->data == nullptr)
-            return false;
-        const auto address = reinterpret_cast<uintptr_t>(&element);
-        const auto first = reinterpret_cast<uintptr_t>(m_header->data);
-        const auto last = first + static_cast<uintptr_t>(m_header->capacity) * sizeof(T);
-        return address >= first && address < last;
     }
 
     // The slot holds a byte copy; overwrite it with a proper copy construction. Should that

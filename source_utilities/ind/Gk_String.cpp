@@ -1,7 +1,6 @@
 #include <korx/Gk_String.h>
 #include <korx/KORXString.h>
 
-#include <cstdint>
 #include <cstring>
 #include <memory>
 #include <string>
@@ -121,7 +120,7 @@ Gk_String::Gk_String(const char* s, int n) {
 Gk_String::Gk_String(const char* s, bool fromLocale) { SetContent(s, fromLocale); }
 
 void Gk_String::SetContent(const char* s, bool fromLocale) {
-    if (s != nullptr && holds(s)) {
+    if (s != nullptr && m_buffer.holds(s)) {
         // The conversion writes over the text it reads: read it from a stable copy.
         const std::string stable(s);
         SetContent(stable.c_str(), fromLocale);
@@ -273,15 +272,6 @@ Gk_RWString Gk_String::rwString() { return dataStr(); }
 void Gk_String::appendBytes(const char* bytes, int n) {
     if (n > 0)
         m_buffer.addItems(bytes, n);
-}
-
-bool Gk_String::holds(const char* p) const {
-    const KORXArrayHeader* header = m_buffer.getHeader();
-    if (header == nullptr || header->data == nullptr)
-        return false;
-    const auto at = reinterpret_cast<uintptr_t>(p);
-    const auto first = reinterpret_cast<uintptr_t>(header->data);
-    return at >= first && at < first + static_cast<uintptr_t>(header->capacity);
 }
 
 void Gk_String::dropTerminator() {
