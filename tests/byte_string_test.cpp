@@ -221,6 +221,9 @@ TEST(ByteStringView, ComparesTheViewedTexts) {
                               Gk_ROString("ab") < abc, At(abc, 1) < abc, abc < At(abc, 1),
                               Gk_ROString("a") < Gk_ROString("\xE9")),
               std::make_tuple(true, false, true, true, false, true, true));
+    // An offset outside the buffer sees an empty text, never a pointer outside it.
+    for (const int offset : {3, 9, -1})
+        EXPECT_STREQ(static_cast<const char*>(At("ab", offset)), "") << offset;
 }
 
 TEST(PathString, GivesWhereTheNextComponentBegins) {

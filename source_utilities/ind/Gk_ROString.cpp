@@ -11,7 +11,7 @@
 
 namespace {
 
-constexpr std::string_view kNothing;
+constexpr std::string_view kNothing = "";
 
 // The bytes a C string reader sees from the view's start: up to the first 0 byte, never past
 // the count. An offset outside the buffer sees nothing.
