@@ -1,29 +1,17 @@
 #include <korx/Gk_String.h>
 #include <korx/KORXString.h>
 
-#include <algorithm>
 #include <cctype>
 #include <cstdint>
 #include <cstring>
 #include <string>
 #include <string_view>
-#include <vector>
+
+#include "internal/ByteText.h"
 
 namespace {
 
 constexpr std::string_view kNothing = "";
-
-// The bytes a C string reader sees from the view's start: up to the first 0 byte, never past
-// the count. An offset outside the buffer sees nothing.
-std::string_view textOf(const Gk_ROString& view) {
-    const int n = view.len();
-    if (view.offsetVal() < 0 || n <= 0)
-        return kNothing;
-    const char* start = view;
-    const void* zero = std::memchr(start, 0, static_cast<size_t>(n));
-    return {start, zero != nullptr ? static_cast<size_t>(static_cast<const char*>(zero) - start)
-                                   : static_cast<size_t>(n)};
-}
 
 // The bytes find() and reverseFind() look for: c, or the UTF-8 form of c read as Latin-1 when
 // c is from 0x80 and that form takes more than one byte.
@@ -41,12 +29,18 @@ char lowerCase(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A'
 
 bool sameLetter(char a, char b) { return lowerCase(a) == lowerCase(b); }
 
-// The view's bytes up to its count, unmeasured: readers stop at the first 0 byte themselves.
+// The view's bytes up to its count, unmeasured; an offset outside the buffer sees nothing.
 std::string_view bytesOf(const Gk_ROString& view) {
     const int n = view.len();
     if (view.offsetVal() < 0 || n <= 0)
         return kNothing;
     return {static_cast<const char*>(view), static_cast<size_t>(n)};
+}
+
+// The bytes a C string reader sees from the view's start: up to the first 0 byte, never past
+// the count.
+std::string_view textOf(const Gk_ROString& view) {
+    return korx::detail::TextUpToZero(bytesOf(view));
 }
 
 // Matches a path against a pattern of literal bytes, "?", "*", "[...]" sets and "\\" escapes.
@@ -187,8 +181,7 @@ bool PathPatternMatcher::afterStar(size_t p, size_t t) {
         return false;
     if (!m_looping) {
         // From here on the text is known by its length.
-        const auto zero = std::find(m_text.begin() + t, m_text.end(), '\0');
-        m_text = m_text.substr(0, static_cast<size_t>(zero - m_text.begin()));
+        m_text = korx::detail::TextUpToZero(m_text);
         m_looping = true;
     }
     m_loop = StarLoop{rest, lowerCase(m_pattern[rest]), t};

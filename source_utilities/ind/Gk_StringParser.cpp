@@ -5,9 +5,10 @@
 #include <cctype>
 #include <cerrno>
 #include <cstdlib>
-#include <cstring>
 #include <string>
 #include <string_view>
+
+#include "internal/ByteText.h"
 
 namespace {
 
@@ -23,12 +24,7 @@ bool isExponentMark(char c) { return c == 'E' || c == 'e'; }
 
 // The text as far as a C string reader sees it, never past the count.
 std::string_view textOf(const Gk_String& s) {
-    const char* bytes = s;
-    if (bytes == nullptr)
-        return {};
-    const auto n = static_cast<size_t>(s.len());
-    const void* zero = std::memchr(bytes, 0, n);
-    return {bytes, zero != nullptr ? static_cast<size_t>(static_cast<const char*>(zero) - bytes) : n};
+    return korx::detail::TextUpToZero(static_cast<const char*>(s), static_cast<size_t>(s.len()));
 }
 
 // convert(text, &end) applied to the bytes from index from; end is left on the byte where the
