@@ -73,6 +73,8 @@ TEST(ByteString, EditsKeepTheIntendedBytes) {
         // Its own bytes, while the buffer grows under them.
         {"abcdefghijk", [](Gk_String& s) { s.append(static_cast<char*>(s)); },
          "abcdefghijkabcdefghijk\0"s},
+        {"abcdefghijklmnopqrstuvw", [](Gk_String& s) { s.append(At(s.dataStr(), 20)); },
+         "abcdefghijklmnopqrstuvwuvw\0"s},
     };
     for (const auto& row : cases) {
         const auto& [start, edit, bytes] = row;

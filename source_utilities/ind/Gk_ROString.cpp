@@ -110,7 +110,8 @@ bool PathPatternMatcher::nextTry(size_t& t) {
             if ((*at | 0x20) == m_loop.byte)
                 hit = at;
     } else if (from < end) {
-        hit = static_cast<const char*>(std::memchr(from, m_loop.byte, static_cast<size_t>(end - from)));
+        const auto n = static_cast<size_t>(end - from);
+        hit = static_cast<const char*>(std::memchr(from, m_loop.byte, n));
     }
     if (hit == nullptr)
         return false;

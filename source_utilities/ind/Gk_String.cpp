@@ -176,14 +176,10 @@ void Gk_String::append(int n, char* s) {
 }
 
 void Gk_String::append(const Gk_ROString& view) {
+    // A view of this very buffer keeps its bytes in the block, where appendBytes copes with
+    // them.
     const int n = view.len();
-    if (n <= 0) {
-        append(0, nullptr);
-        return;
-    }
-    // A view of this very buffer is read from a stable copy.
-    const std::string text(static_cast<const char*>(view), static_cast<size_t>(n));
-    append(n, const_cast<char*>(text.data()));
+    append(n, n > 0 ? const_cast<char*>(static_cast<const char*>(view)) : nullptr);
 }
 
 void Gk_String::append(const Gk_String& other) {
