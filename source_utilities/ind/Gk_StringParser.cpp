@@ -31,15 +31,16 @@ std::string_view textOf(const Gk_String& s) {
 // conversion stopped, or null when it used every byte of an unterminated buffer.
 template <class Convert>
 auto convertFrom(Gk_String& s, int from, Convert convert, char*& end) {
+    char* bytes = s;
     const std::string_view text = textOf(s).substr(static_cast<size_t>(from));
-    char* bytes = static_cast<char*>(s) != nullptr ? static_cast<char*>(s) + from : nullptr;
+    if (from + static_cast<long>(text.size()) < s.len())
+        return convert(bytes + from, &end);
     // A terminated copy stands in for a buffer without terminator.
     const std::string copy(text);
     char* stop = nullptr;
     const auto value = convert(copy.c_str(), &stop);
     const auto used = static_cast<size_t>(stop - copy.c_str());
-    const bool inside = bytes != nullptr && from + static_cast<long>(used) < s.len();
-    end = inside ? bytes + used : nullptr;
+    end = used < text.size() ? bytes + from + used : nullptr;
     return value;
 }
 
