@@ -137,11 +137,9 @@ public:
     void add(const T& element) {
         // A free slot takes the copy directly: the same result as the byte copy followed by
         // the copy construction over it, without leaving the header's hands.
-        KORXArrayHeader* header = m_header;
-        if (header != nullptr && header->check == header->data &&
-            header->count < header->capacity) {
-            ::new (static_cast<void*>(static_cast<T*>(header->data) + header->count)) T(element);
-            ++header->count;
+        if (void* slot = freeSlot()) {
+            ::new (slot) T(element);
+            ++m_header->count;
             return;
         }
         addGrowing(element);
@@ -157,12 +155,9 @@ public:
 
     /// As add(const T&), moving the element into a free slot.
     void add(T&& element) {
-        KORXArrayHeader* header = m_header;
-        if (header != nullptr && header->check == header->data &&
-            header->count < header->capacity) {
-            ::new (static_cast<void*>(static_cast<T*>(header->data) + header->count))
-                T(static_cast<T&&>(element));
-            ++header->count;
+        if (void* slot = freeSlot()) {
+            ::new (slot) T(static_cast<T&&>(element));
+            ++m_header->count;
             return;
         }
         addGrowing(element);
@@ -258,6 +253,14 @@ public:
 
 private:
     static constexpr int kDefaultCapacity = 10;
+
+    // The slot after the last element when the block has one free, else null.
+    void* freeSlot() const {
+        KORXArrayHeader* header = m_header;
+        if (header == nullptr || header->check != header->data || header->count >= header->capacity)
+            return nullptr;
+        return static_cast<T*>(header->data) + header->count;
+    }
     static constexpr int kElementSize = static_cast<int>(sizeof(T));
 
     void addGrowing(const T& element) {
