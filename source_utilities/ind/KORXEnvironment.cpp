@@ -10,8 +10,6 @@
 
 namespace {
 
-constexpr long kFailure = 0x1000001;
-
 // Every empty name is the same name, whether or not its string holds a buffer.
 bool sameNameIgnoringCase(const KORXString& a, const KORXString& b) {
     if (a.length() == 0 || b.length() == 0)
@@ -46,7 +44,7 @@ KORXEnvironment& KORXEnvironment::GetEnv() {
 }
 
 KORIResult KORXEnvironment::GetVariable(const KORXString& name, KORXString& value) {
-    KORIResult result(kFailure);
+    KORIResult result = KORIResult::E_FAIL_RESULT;
     korx::detail::WalkEnvironment([&](const char* entry) {
         const KORXString text(entry);
         const int equals = text.indexOf(KORXWChar('='));
@@ -69,7 +67,7 @@ KORIResult KORXEnvironment::GetVariable(const KORXString& name, bool& flag) {
 
 KORIResult KORXEnvironment::PutVariable(const KORXString& name, KORXString& value) {
     if (name.length() == 0)
-        return KORIResult(kFailure);
+        return KORIResult::E_FAIL_RESULT;
     const KORXString entry = name + KORXString("=") + value;
     const char* text = entry;
     KORXInfo::Printf("Environment variable: %s\n", text);
@@ -78,5 +76,7 @@ KORIResult KORXEnvironment::PutVariable(const KORXString& name, KORXString& valu
     // passed is read. The result is never longer than the text.
     std::vector<char> stored(std::strlen(text) + 1);
     korx::detail::Reformat(stored.data(), stored.size(), text);
-    return korx::detail::PutEnvironmentText(stored.data()) ? KORIResult(0) : KORIResult(kFailure);
+    if (!korx::detail::PutEnvironmentText(stored.data()))
+        return KORIResult::E_FAIL_RESULT;
+    return KORIResult(0);
 }

@@ -2,8 +2,6 @@
 
 namespace {
 
-constexpr long kFailure = 0x1000001;
-
 // Every empty name is the same name, whether or not its string holds a buffer.
 bool sameName(const KORXString& a, const KORXString& b) {
     if (a.length() == 0 || b.length() == 0)
@@ -31,7 +29,7 @@ KORXProperties::~KORXProperties() = default;
 KORIResult KORXProperties::Set(const KORXString& entry) {
     const int equals = entry.indexOf(KORXWChar('='));
     if (equals < 0)
-        return KORIResult(kFailure);
+        return KORIResult::E_FAIL_RESULT;
     return Set(entry.substring(0, equals), entry.substring(equals + 1));
 }
 
@@ -49,14 +47,14 @@ KORIResult KORXProperties::Set(const KORXString& name, const KORXString& value) 
 KORIResult KORXProperties::Get(const KORXString& name, KORXString& value) const {
     const int index = IndexOf(name);
     if (index < 0)
-        return KORIResult(kFailure);
+        return KORIResult::E_FAIL_RESULT;
     value = m_values[index];
     return KORIResult(0);
 }
 
 KORIResult KORXProperties::Get(int index, KORXString& name, KORXString& value) const {
     if (index < 0 || index >= GetCount())
-        return KORIResult(kFailure);
+        return KORIResult::E_FAIL_RESULT;
     name = m_names[index];
     value = m_values[index];
     return KORIResult(0);

@@ -1,10 +1,5 @@
 #include <korx/KORXStringTokenizer.h>
 
-namespace {
-constexpr long kSuccess = 0;
-constexpr long kFailure = 0x1000001;
-}  // namespace
-
 KORXStringTokenizer::KORXStringTokenizer(const KORXString& text, KORXWChar delimiter) {
     Initialize(text, delimiter);
 }
@@ -32,7 +27,7 @@ int KORXStringTokenizer::GetTokenCount() const { return m_tokens.size(); }
 
 KORIResult KORXStringTokenizer::GetToken(int i, KORXString& out) const {
     if (i < 0 || i >= m_tokens.size())
-        return kFailure;
+        return KORIResult::E_FAIL_RESULT;
     out = m_tokens[i];
-    return kSuccess;
+    return KORIResult(0);
 }
